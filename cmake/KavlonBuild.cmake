@@ -1,0 +1,61 @@
+# How every target of the project is built: warnings, layers, and the Japanese texts.
+
+add_library(kav_warnings INTERFACE)
+target_compile_options(kav_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wundef -Wcast-align -Wcast-qual
+                                              -Wmissing-declarations -Wformat-security -Werror)
+target_include_directories(kav_warnings INTERFACE "${CMAKE_CURRENT_SOURCE_DIR}")
+
+find_program(ICONV iconv REQUIRED)
+
+# Text files (*texts.cpp) are UTF-8 in the repository and EUC-JP in the program: each is converted before it is
+# compiled, and a text that EUC-JP can not hold stops the build.
+function(kav_texts_as_euc_jp sources_variable)
+  set(converted)
+  foreach(source IN LISTS ${sources_variable})
+    if(source MATCHES "texts\\.cpp$")
+      file(RELATIVE_PATH name "${CMAKE_CURRENT_SOURCE_DIR}" "${source}")
+      set(output "${CMAKE_CURRENT_BINARY_DIR}/euc-jp/${name}")
+      get_filename_component(folder "${output}" DIRECTORY)
+      file(MAKE_DIRECTORY "${folder}")
+      add_custom_command(
+        OUTPUT "${output}"
+        COMMAND "${ICONV}" -f UTF-8 -t EUC-JP "${source}" > "${output}"
+        DEPENDS "${source}"
+        COMMENT "EUC-JP ${name}"
+        VERBATIM)
+      set_source_files_properties("${output}" PROPERTIES COMPILE_OPTIONS
+                                  "$<$<CXX_COMPILER_ID:Clang>:-Wno-invalid-source-encoding>")
+      list(APPEND converted "${output}")
+    else()
+      list(APPEND converted "${source}")
+    endif()
+  endforeach()
+  set(${sources_variable} "${converted}" PARENT_SCOPE)
+endfunction()
+
+# kav_library(FOLDER LAYERS...): the library kav_FOLDER of all sources below FOLDER, on top of the layers named.
+function(kav_library folder)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp")
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  kav_texts_as_euc_jp(sources)
+  add_library(kav_${folder} STATIC ${sources})
+  target_link_libraries(kav_${folder} PRIVATE kav_warnings)
+  target_include_directories(kav_${folder} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
+  foreach(layer IN LISTS ARGN)
+    if(TARGET kav_${layer})
+      target_link_libraries(kav_${folder} PUBLIC kav_${layer})
+    else()
+      target_link_libraries(kav_${folder} PUBLIC ${layer})
+    endif()
+  endforeach()
+endfunction()
+
+# The project's small programs: one file each in tools/.
+function(kav_tools)
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/tools/*.cpp")
+  foreach(source IN LISTS sources)
+    get_filename_component(name "${source}" NAME_WE)
+    add_executable(${name} "${source}")
+    target_link_libraries(${name} PRIVATE kav_warnings kav_upsdb kav_unixtools)
+  endforeach()
+endfunction()
