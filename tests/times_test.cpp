@@ -1,0 +1,67 @@
+// Dates and times as text, and the time zone.
+#include "util/times.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+constexpr time_t kMorning = 1710144305;  // 11 March 2024, 08:05:05 UTC
+
+struct Times : testing::Test {
+  void SetUp() override { ASSERT_EQ(UCTSetTimeZone("UTC0"), 1); }
+  void TearDown() override { UCTResetTimeZone(); }
+};
+
+TEST_F(Times, TextsThereAndBack) {
+  char out[32];
+  EXPECT_STREQ(UCTlogtime_to_str(out, kMorning), "11/03/2024,08:05:05");
+  EXPECT_EQ(UCTstr_to_logtime("11/03/2024,08:05:05"), kMorning);
+  EXPECT_EQ(UCTstr_to_time("11.03.2024 08:05"), kMorning - 5);
+  EXPECT_EQ(UCTstr_to_time("11.03.2024"), -1);
+  EXPECT_EQ(UCTstr_to_logtime("noon"), -1);
+  const time_t now = UCTstr_to_time(UCTtime_to_str(out));
+  EXPECT_LE(std::time(nullptr) - now, 60 + 5);
+  EXPECT_EQ(std::string(UCTtime_to_date(out)).size() + std::string(UCTtime_to_hoursec(out + 16)).size(), 18U);
+}
+
+TEST_F(Times, DateAndClockByFlags) {
+  char date[32], clock[32];
+  EXPECT_EQ(XBuildDateTimeStr(kMorning, date, clock, 0), 1);
+  EXPECT_STREQ(date, "11.03.2024");
+  EXPECT_STREQ(clock, "08:05");
+  EXPECT_EQ(XBuildDateTimeStr(kMorning, date, nullptr, 1), 1);
+  EXPECT_STREQ(date, "11.03.24");
+  EXPECT_EQ(XBuildDateTimeStr(kMorning, nullptr, clock, 2), 1);
+  EXPECT_STREQ(clock, "08:05:05");
+  EXPECT_EQ(XBuildDateTimeStr(INT64_MAX, date, clock, 0), 0);
+}
+
+TEST(LogTimes, AugustHas30DaysAndSeptember31) {
+  for (const char *text : {"29/02/2023,10:00:00", "31/09/2024,00:00:00", "01/01/2024,23:59:59"}) {
+    EXPECT_EQ(UCTvalidate_logtime(text), 1) << text;
+  }
+  for (const char *text : {"30/02/2024,10:00:00", "31/08/2024,10:00:00", "00/01/2024,10:00:00", "01/13/2024,10:00:00",
+                           "01/-9/2024,10:00:00", "01/01/2024,24:00:00", "01/01/2024,23:60:00", "01/01/2024,23:59:60",
+                           "01/01/2024,23:59"}) {
+    EXPECT_EQ(UCTvalidate_logtime(text), 0) << text;
+  }
+}
+
+TEST(TimeZone, ComesBackAsItWas) {
+  for (const char *before : {"UTC0", static_cast<const char *>(nullptr)}) {
+    before == nullptr ? unsetenv("TZ") : setenv("TZ", before, 1);
+    char out[32];
+    ASSERT_EQ(UCTSetTimeZone("AAA-2"), 1);
+    EXPECT_STREQ(UCTlogtime_to_str(out, kMorning), "11/03/2024,10:05:05");
+    UCTResetTimeZone();
+    EXPECT_STREQ(std::getenv("TZ"), before);
+    UCTResetTimeZone();  // nothing is remembered any more
+    EXPECT_STREQ(std::getenv("TZ"), before);
+  }
+  EXPECT_EQ(UCTSetTimeZone(nullptr), 0);
+}
+
+}  // namespace

@@ -1,0 +1,10 @@
+// Preconditions, tested in every build type.
+#pragma once
+
+// Called before the program stops at a broken precondition; the screen layer plants the function that ends curses here.
+// Null while there is no screen to give back.
+extern void (*give_terminal_back)();
+
+// Stops the program when `holds` is false: gives the terminal back, prints "Assertion failed: <condition>, <path>" to
+// standard error and aborts. `path` is the module's source path without an extension, such as "corbix/xhash".
+void require(bool holds, const char *condition, const char *path);

@@ -1,0 +1,389 @@
+#include "util/files.h"
+
+#include <fcntl.h>
+#include <linux/limits.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cinttypes>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+#include "util/trace.h"
+
+namespace {
+
+constexpr mode_t kNewFileMode = 0640;  // settings hold passwords
+constexpr mode_t kUnfinishedMode = 0600;
+constexpr size_t kFirstRoom = 4096;    // for a file that does not tell its size, such as a pipe
+constexpr int kLongestLinkChain = 40;  // as the kernel's own limit
+
+// What came of one way to save. kOtherWay: the file is untouched, and writing in place may do.
+enum class Outcome { kSaved, kFailed, kOtherWay };
+
+// The file that is to be replaced; no descriptor when there is none yet.
+struct OldFile {
+  Descriptor file;
+  struct stat state = {};
+};
+
+// A file that we made; it is removed at the end of its scope unless its path is cleared before.
+struct MadeFile {
+  Descriptor file;
+  std::string path;
+  MadeFile() = default;
+  MadeFile(const MadeFile &) = delete;
+  MadeFile &operator=(const MadeFile &) = delete;
+  ~MadeFile() {
+    if (!path.empty()) unlink(path.c_str());
+  }
+};
+
+// The result of a system call, which is made again while signals interrupt it.
+template <typename Call>
+auto uninterrupted(Call call) {
+  auto result = call();
+  while (result == -1 && errno == EINTR) result = call();
+  return result;
+}
+
+bool read_to_end(int file, std::string &content) {
+  struct stat state = {};
+  const bool size_known = fstat(file, &state) == 0 && state.st_size > 0;
+  size_t room = size_known ? static_cast<size_t>(state.st_size) + 1 : kFirstRoom;  // the one more meets the end
+  size_t used = 0;
+  for (;;) {
+    content.resize(std::min(room, kLargestFile + 1));
+    const ssize_t got = uninterrupted([&] { return read(file, content.data() + used, content.size() - used); });
+    if (got < 0) return false;
+    if (got == 0) break;
+    used += static_cast<size_t>(got);
+    if (used > kLargestFile) return false;
+    if (used == content.size()) room = 2 * used;
+  }
+  content.resize(used);
+  return true;
+}
+
+// Writes the whole of `content` at `offset`.
+bool write_whole(int file, std::string_view content, size_t offset) {
+  while (!content.empty()) {
+    const ssize_t written =
+        uninterrupted([&] { return pwrite(file, content.data(), content.size(), static_cast<off_t>(offset)); });
+    if (written <= 0) return false;
+    content.remove_prefix(static_cast<size_t>(written));
+    offset += static_cast<size_t>(written);
+  }
+  return true;
+}
+
+bool set_size(int file, size_t size) {
+  return uninterrupted([&] { return ftruncate(file, static_cast<off_t>(size)); }) == 0;
+}
+
+bool flush(int file) {
+  return uninterrupted([&] { return fsync(file); }) == 0;
+}
+
+// Some network file systems can't flush a folder (EINVAL) and keep its entries in order by themselves.
+bool flush_folder(int folder) { return flush(folder) || errno == EINVAL; }
+
+// An interrupted close has closed the file, and what it held was flushed before.
+bool close_checked(Descriptor &file) { return close(std::exchange(file.number, -1)) == 0 || errno == EINTR; }
+
+// True when the file holds exactly `content`. Allocates nothing: it is asked when a save went wrong, too.
+bool holds(int file, std::string_view content) {
+  char buffer[8192];
+  size_t offset = 0;
+  for (;;) {
+    const ssize_t got = uninterrupted([&] { return pread(file, buffer, sizeof buffer, static_cast<off_t>(offset)); });
+    if (got < 0) return false;
+    if (got == 0) return offset == content.size();
+    const std::string_view piece(buffer, static_cast<size_t>(got));
+    if (content.substr(offset, piece.size()) != piece) return false;
+    offset += piece.size();
+  }
+}
+
+std::string folder_of(const std::string &path) {
+  const size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string path_in(const std::string &folder, const std::string &name) { return folder + "/" + name; }
+
+Descriptor open_folder(const std::string &folder) {
+  return Descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+// The path behind all symbolic links, also where the last one points to a file that is not there yet; "" on failure.
+std::string behind_links(std::string path) {
+  for (int links = 0; links < kLongestLinkChain; ++links) {
+    const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr), &std::free);
+    if (real != nullptr) return real.get();
+    if (errno != ENOENT) return "";
+    char buffer[PATH_MAX];
+    const ssize_t length = readlink(path.c_str(), buffer, sizeof buffer);
+    if (length < 0) return path;
+    const std::string target(buffer, static_cast<size_t>(length));
+    path = target.starts_with('/') ? target : path_in(folder_of(path), target);
+  }
+  return "";
+}
+
+// Opens what is to be replaced, through its links so that the kernel's guard against links in shared folders works.
+// It must be writable, although a renaming would do without: a write-protected file stays as it is.
+// True also when there is no such file yet.
+bool open_old_file(const char *path, OldFile &old) {
+  old.file.number = open(path, O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (old.file.number < 0) return errno == ENOENT;
+  return fstat(old.file.number, &old.state) == 0 && S_ISREG(old.state.st_mode);
+}
+
+// True when `path` is still the file that was opened, and no one put another one into its place.
+bool is_still_there(const std::string &path, const OldFile &old) {
+  struct stat state = {};
+  const bool found = lstat(path.c_str(), &state) == 0;
+  if (old.file.number < 0) return !found;
+  return found && state.st_dev == old.state.st_dev && state.st_ino == old.state.st_ino;
+}
+
+// A path in `folder` that no one can foresee; "" on failure.
+std::string unforeseeable_path(const std::string &folder) {
+  uint64_t number = 0;
+  if (getrandom(&number, sizeof number, 0) != sizeof number) return "";
+  char name[32] = "";
+  std::snprintf(name, sizeof name, ".kavsetup-%016" PRIx64, number);
+  return path_in(folder, name);
+}
+
+// On failure errno tells why.
+bool create_in(const std::string &folder, mode_t mode, MadeFile &made) {
+  const std::string path = unforeseeable_path(folder);
+  made.file.number = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+  if (made.file.number < 0) return false;
+  made.path = path;
+  return true;
+}
+
+// A file without a name, so that a killed process leaves nothing behind; or one with a name where there are no such
+// files or no way to name them later.
+bool create_unnamed_in(const std::string &folder, mode_t mode, MadeFile &made) {
+  if (access("/proc/self/fd", F_OK) == 0) {
+    made.file.number = open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode);
+  }
+  return made.file.number >= 0 || create_in(folder, mode, made);
+}
+
+bool give_name(const std::string &folder, MadeFile &made) {
+  if (!made.path.empty()) return true;
+  const std::string opened = "/proc/self/fd/" + std::to_string(made.file.number);
+  const std::string path = unforeseeable_path(folder);
+  const auto link_path = [&] { return linkat(AT_FDCWD, opened.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW); };
+  if (uninterrupted(link_path) != 0) return false;
+  made.path = path;
+  return true;
+}
+
+// Brings a made file to disk, complete and with its name.
+bool finish(const std::string &folder, std::string_view content, MadeFile &made) {
+  return write_whole(made.file.number, content, 0) && flush(made.file.number) && give_name(folder, made) &&
+         close_checked(made.file);
+}
+
+// --- the attributes of a file
+
+// The kernel makes these from the content and the other attributes; a copy would be wrong.
+bool is_made_by_kernel(std::string_view attribute) {
+  return attribute == "security.ima" || attribute == "security.evm";
+}
+
+bool read_attribute(int file, const char *name, std::string &value) {
+  value.resize(XATTR_SIZE_MAX);
+  const ssize_t size = fgetxattr(file, name, value.data(), value.size());
+  value.resize(static_cast<size_t>(std::max<ssize_t>(size, 0)));
+  return size >= 0;
+}
+
+// An attribute that the new file has already (the system labels new files) needs no right to be set.
+bool keep_extended_attribute(int from, int to, const char *name) {
+  std::string value;
+  std::string present;
+  if (!read_attribute(from, name, value)) return false;
+  if (read_attribute(to, name, present) && present == value) return true;
+  return fsetxattr(to, name, value.data(), value.size(), 0) == 0;
+}
+
+// Access control lists are among them.
+bool keep_extended_attributes(int from, int to) {
+  std::string names(XATTR_LIST_MAX, '\0');
+  const ssize_t size = flistxattr(from, names.data(), names.size());
+  if (size < 0) return errno == ENOTSUP;
+  names.resize(static_cast<size_t>(size));
+  for (size_t at = 0; at < names.size(); at += std::strlen(&names[at]) + 1) {
+    const char *name = &names[at];
+    if (!is_made_by_kernel(name) && !keep_extended_attribute(from, to, name)) return false;
+  }
+  return true;
+}
+
+// A folder can give its new files an access control list of its own.
+bool drop_inherited_list(int file) {
+  return fremovexattr(file, "system.posix_acl_access") == 0 || errno == ENODATA || errno == ENOTSUP;
+}
+
+// In this order: a change of the owner can clear mode bits, and a list changes what the mode's group bits mean.
+bool keep_attributes(const OldFile &old, int to) {
+  return fchown(to, old.state.st_uid, old.state.st_gid) == 0 && drop_inherited_list(to) &&
+         fchmod(to, old.state.st_mode & 07777) == 0 && keep_extended_attributes(old.file.number, to);
+}
+
+// --- the first way: a new file, renamed over the old one
+
+// Rights and mount points are in the way of new files and renaming only; a full or broken disk is in every way.
+Outcome outcome_of_error(int error) {
+  switch (error) {
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EBUSY:
+    case EXDEV:
+      return Outcome::kOtherWay;
+    default:
+      return Outcome::kFailed;
+  }
+}
+
+Outcome save_by_renaming(const std::string &path, const OldFile &old, std::string_view content) {
+  const bool exists = old.file.number >= 0;
+  const std::string folder = folder_of(path);
+  const Descriptor directory = open_folder(folder);
+  MadeFile made;
+  if (directory.number < 0 || !create_unnamed_in(folder, exists ? kUnfinishedMode : kNewFileMode, made)) {
+    return outcome_of_error(errno);
+  }
+  if (exists && !keep_attributes(old, made.file.number)) return Outcome::kOtherWay;
+  if (!finish(folder, content, made) || !is_still_there(path, old)) return Outcome::kFailed;
+  if (uninterrupted([&] { return std::rename(made.path.c_str(), path.c_str()); }) != 0) return outcome_of_error(errno);
+  made.path.clear();
+  return flush_folder(directory.number) ? Outcome::kSaved : Outcome::kFailed;
+}
+
+// --- the second way: in place, behind a copy
+
+bool copy_into(const std::string &folder, std::string_view content, MadeFile &copy) {
+  const Descriptor directory = open_folder(folder);
+  MadeFile made;
+  if (directory.number < 0 || !create_in(folder, kUnfinishedMode, made) || !finish(folder, content, made) ||
+      !flush_folder(directory.number)) {
+    return false;
+  }
+  copy.path.swap(made.path);
+  return true;
+}
+
+// Beside the file if possible, where a person looks first; else where everyone may write, first where it lasts.
+bool copy_somewhere(const std::string &folder, std::string_view content, MadeFile &copy) {
+  return copy_into(folder, content, copy) || copy_into("/var/tmp", content, copy) || copy_into("/tmp", content, copy);
+}
+
+// What the file grows by goes first, and to disk: a full disk shows before any old byte is lost. The file is cut last.
+bool overwrite(int file, std::string_view old_content, std::string_view content) {
+  const size_t old_size = old_content.size();
+  if (content.size() > old_size) {
+    if (!write_whole(file, content.substr(old_size), old_size) || !flush(file)) return false;
+  }
+  return write_whole(file, content.substr(0, old_size), 0) && set_size(file, content.size()) && flush(file);
+}
+
+// True when the old content stands in the file again. What was never overwritten is not written again: it could fail as
+// the new content did.
+bool put_back(int file, std::string_view old_content) {
+  return set_size(file, old_content.size()) && (holds(file, old_content) || write_whole(file, old_content, 0)) &&
+         flush(file);
+}
+
+// Allocates nothing once the file is touched.
+bool save_in_place(const std::string &path, const OldFile &old, std::string_view content) {
+  std::string old_content;
+  MadeFile copy;
+  if (!read_to_end(old.file.number, old_content) || !copy_somewhere(folder_of(path), old_content, copy)) return false;
+  if (overwrite(old.file.number, old_content, content)) return true;
+  if (!put_back(old.file.number, old_content)) {
+    myfprintf("util/files: %s is damaged, its old content is in %s\n", path.c_str(), copy.path.c_str());
+    copy.path.clear();
+  }
+  return false;
+}
+
+}  // namespace
+
+Descriptor::~Descriptor() {
+  if (number >= 0) close(number);
+}
+
+FILE *OpenAFile(const char *path, const char *mode) { return std::fopen(path, mode); }
+
+int CloseAFile(FILE *stream) { return std::fclose(stream) == 0; }
+
+int AFileExists(const char *path) {
+  const Stream stream(OpenAFile(path, "r"));
+  return stream != nullptr;
+}
+
+int CreateAFile(const char *path) {
+  const Descriptor file(open(path, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode));
+  return file.number >= 0;
+}
+
+int AFileHasAtLeastOneLine(const char *path) {
+  char line[256];
+  const Stream stream(OpenAFile(path, "r"));
+  return stream != nullptr && std::fgets(line, sizeof line, stream.get()) != nullptr;
+}
+
+char *UCTgetpath(char *dst, const char *path) {
+  const std::string_view whole = path;
+  const size_t separator = whole.find_last_of("\\:/");
+  const size_t length = separator == std::string_view::npos ? 0 : separator;
+  std::memmove(dst, path, length);
+  dst[length] = '\0';
+  return dst;
+}
+
+char *UCTgetfilename(char *dst, const char *path) {
+  const std::string_view whole = path;
+  const std::string_view name = whole.substr(whole.find_last_of("\\:/") + 1);  // npos + 1 is 0
+  std::memmove(dst, name.data(), name.size() + 1);
+  return dst;
+}
+
+int UCTfileexists() { return 0; }
+
+int read_file(const char *path, std::string &content) {
+  const Descriptor file(open(path, O_RDONLY | O_NOCTTY | O_CLOEXEC));
+  if (file.number >= 0 && read_to_end(file.number, content)) return 1;
+  content.clear();
+  return 0;
+}
+
+int replace_file(const char *path, std::string_view content) {
+  OldFile old;
+  if (!open_old_file(path, old)) return 0;
+  const bool exists = old.file.number >= 0;
+  if (exists && holds(old.file.number, content)) return 1;
+
+  const std::string target = behind_links(path);
+  if (target.empty() || !is_still_there(target, old)) return 0;
+  const bool linked = exists && old.state.st_nlink > 1;
+  const Outcome outcome = linked ? Outcome::kOtherWay : save_by_renaming(target, old, content);
+  if (outcome == Outcome::kOtherWay && exists) return save_in_place(target, old, content);
+  return outcome == Outcome::kSaved;
+}

@@ -1,0 +1,60 @@
+// Files: opening, testing, and replacing one safely.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+// A stream that is closed at the end of its scope.
+struct StreamCloser {
+  void operator()(FILE *stream) const { std::fclose(stream); }
+};
+using Stream = std::unique_ptr<FILE, StreamCloser>;
+
+// A descriptor that is closed at the end of its scope.
+struct Descriptor {
+  int number = -1;
+  Descriptor() = default;
+  explicit Descriptor(int opened) : number(opened) {}
+  Descriptor(const Descriptor &) = delete;
+  Descriptor &operator=(const Descriptor &) = delete;
+  ~Descriptor();
+};
+
+// Wrap fopen and fclose. CloseAFile returns 1, or 0 when the last bytes could not be written.
+[[nodiscard]] FILE *OpenAFile(const char *path, const char *mode);
+int CloseAFile(FILE *stream);
+// 1 when the file can be opened for reading.
+int AFileExists(const char *path);
+// Makes the file empty (mode "w+"); a new one is readable by its owner and group only, since settings hold passwords.
+// 1, or 0 when it can't be opened.
+int CreateAFile(const char *path);
+// 1 when a first line of up to 255 characters can be read.
+int AFileHasAtLeastOneLine(const char *path);
+
+// The part before the last "\", ":" or "/" (empty when there is none or it is the first character), and the part behind
+// it (the whole path when there is none). `dst` holds as much as `path`. Return `dst`.
+char *UCTgetpath(char *dst, const char *path);
+char *UCTgetfilename(char *dst, const char *path);
+// Always 0: kept, callers of the library rely on it.
+int UCTfileexists();
+
+// The whole content of a file or pipe. 1, or 0 (content empty) when it can't be read to its end, is a directory, or
+// holds more than kLargestFile bytes: no file of ours does, and a device could go on for ever.
+inline constexpr size_t kLargestFile = size_t{64} << 20;
+[[nodiscard]] int read_file(const char *path, std::string &content);
+
+// Gives the file `path` the content `content`, whole or not at all. A symbolic link is followed. Unchanged content is
+// not written. Otherwise a complete new file is written beside the old one (owner, group, mode and extended attributes
+// kept), flushed to disk and renamed over it, and the directory flushed. Where that can't be done (more than one hard
+// link, a directory that can't be written, an owner that can't be kept, a mount point) the content goes into the old
+// file in place, behind a flushed copy (beside it, in /var/tmp or in /tmp) that is removed when all is on disk. A file
+// that is not there yet is created readable by its owner and group only. A file that is not writable for the caller, or
+// no regular file, is refused.
+// 1; or 0 when the file could not be replaced: it then holds what it held, and nothing is left beside it. Two
+// exceptions that only a broken disk brings: when just the last flush of the directory fails, the complete new content
+// stands; and when the old content can't be brought back into a file written in place, its copy (".kavsetup-...") is
+// left behind.
+[[nodiscard]] int replace_file(const char *path, std::string_view content);

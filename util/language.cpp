@@ -1,0 +1,3 @@
+#include "util/language.h"
+
+int32_t language = 0;

@@ -1,0 +1,92 @@
+#include "util/numbers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <string_view>
+
+namespace {
+
+constexpr int64_t kBeyond32Bits = int64_t{1} << 40;  // where reading digits stops to count
+
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+// The number that the text begins with; 32 bits and their sign are always told apart from what lies beyond.
+int64_t read_decimal(const char *text) {
+  text += std::strspn(text, " \t\n\v\f\r");
+  const bool negative = *text == '-';
+  if (*text == '-' || *text == '+') ++text;
+  int64_t value = 0;
+  for (; is_digit(*text); ++text) value = std::min(value * 10 + (*text - '0'), kBeyond32Bits);
+  return negative ? -value : value;
+}
+
+template <typename Integer>
+Integer clamp_to(int64_t value) {
+  using Limits = std::numeric_limits<Integer>;
+  return static_cast<Integer>(std::clamp<int64_t>(value, Limits::min(), Limits::max()));
+}
+
+std::string_view first_characters(const char *text, int n) {
+  return {text, strnlen(text, static_cast<size_t>(std::max(n, 0)))};
+}
+
+}  // namespace
+
+int32_t to_int32(const char *text) { return clamp_to<int32_t>(read_decimal(text)); }
+
+uint32_t to_uint32(const char *text) { return clamp_to<uint32_t>(read_decimal(text)); }
+
+int32_t to_int32(double value) {
+  using Limits = std::numeric_limits<int32_t>;
+  if (std::isnan(value)) return 0;
+  return static_cast<int32_t>(std::clamp<double>(value, Limits::min(), Limits::max()));
+}
+
+char *xtoa(uint32_t value, char *out, int base, int negative) {
+  constexpr char kDigits[] = "0123456789abcdefghijklmnopqrstuvwxyz";
+  char *end = out;
+  if (base >= 2 && base <= 36) {
+    if (negative != 0) value = 0U - value;
+    for (const auto divisor = static_cast<uint32_t>(base); end == out || value != 0; value /= divisor) {
+      *end++ = kDigits[value % divisor];
+    }
+    if (negative != 0) *end++ = '-';
+    std::reverse(out, end);
+  }
+  *end = '\0';
+  return out;
+}
+
+char *qitoa(int32_t value, char *out, int base) {
+  return xtoa(static_cast<uint32_t>(value), out, base, base == 10 && value < 0 ? 1 : 0);
+}
+
+char *qltoa(int32_t value, char *out, int base) { return qitoa(value, out, base); }
+
+char *qultoa(uint32_t value, char *out, int base) { return xtoa(value, out, base, 0); }
+
+int getHexDigit(char c) {
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return getDecDigit(c);
+}
+
+int getDecDigit(char c) { return is_digit(c) ? c - '0' : 0; }
+
+uint32_t getHexASCII(const char *text, int n) {
+  const std::string_view digits = first_characters(text, n);
+  uint32_t value = 0;
+  for (size_t k = 0; k < digits.size(); ++k) {
+    const auto digit = static_cast<uint32_t>(getHexDigit(digits[digits.size() - 1 - k]));
+    value += digit << (4 * k % 32);
+  }
+  return value;
+}
+
+uint32_t getDecASCII(const char *text, int n) {
+  uint32_t value = 0;
+  for (const char c : first_characters(text, n)) value = value * 10 + static_cast<uint32_t>(getDecDigit(c));
+  return value;
+}

@@ -1,0 +1,26 @@
+// Numbers from text and text from numbers, independent of the locale.
+#pragma once
+
+#include <cstdint>
+
+// Decimal conversion as strtol base 10 (leading white space, sign, digits; 0 for no digits), clamped to 32 bits.
+int32_t to_int32(const char *text);
+uint32_t to_uint32(const char *text);
+// Truncated toward zero and clamped to 32 bits; not a number gives 0.
+int32_t to_int32(double value);
+
+// Digits of `value` in `base` (2 to 36), lower-case letters from 10 on, into `out` (34 bytes are always enough), with a
+// leading "-" and the value negated when `negative` is set; "" for any other base. All return `out`.
+char *xtoa(uint32_t value, char *out, int base, int negative);
+// Signed: a "-" in base 10 only; other bases show the two's complement.
+char *qitoa(int32_t value, char *out, int base);
+char *qltoa(int32_t value, char *out, int base);
+char *qultoa(uint32_t value, char *out, int base);
+
+// The value of one digit, 0 for any other character.
+int getHexDigit(char c);
+int getDecDigit(char c);
+// The value of n characters: digit k from the right shifted left by 4k (modulo 32) and added, so that more than eight
+// digits wrap into the low bits; respectively multiplied by 10 to the k, modulo 2 to the 32.
+uint32_t getHexASCII(const char *text, int n);
+uint32_t getDecASCII(const char *text, int n);

@@ -1,0 +1,92 @@
+#include "util/tokens.h"
+
+#include <string_view>
+
+#include "util/text.h"
+
+namespace {
+
+// The rest of `text` behind its next separator; the end of the text when there is none.
+std::string_view behind_separator(std::string_view text, std::string_view sep) {
+  const size_t at = text.find(sep);
+  return at == std::string_view::npos ? text.substr(text.size()) : text.substr(at + sep.size());
+}
+
+std::string_view without_leading(std::string_view text, std::string_view sep) {
+  while (text.starts_with(sep)) text.remove_prefix(sep.size());
+  return text;
+}
+
+// Copies the piece that `text` begins with.
+char *copy_piece(char *out, int size, std::string_view text, std::string_view sep) {
+  cpynstr(out, sep.empty() ? text : text.substr(0, text.find(sep)), size);
+  return out;
+}
+
+}  // namespace
+
+char *ctoken(char *out, int size, const char *text, const char *sep, int n) {
+  const std::string_view separator = sep;
+  std::string_view rest = n < 1 ? "" : text;
+  if (!separator.empty()) {
+    for (int i = 1; i < n && !rest.empty(); ++i) rest = behind_separator(rest, separator);
+  }
+  return copy_piece(out, size, rest, separator);
+}
+
+char *UCTctoken(char *out, int size, const char *text, const char *sep, int n) {
+  return ctoken(out, size, text, sep, n);
+}
+
+char *UCTtoken(char *out, int size, const char *text, const char *sep, int n) {
+  return ctoken(out, size, text, sep, n);
+}
+
+int cnumtoken(const char *text, const char *sep) {
+  const std::string_view separator = sep;
+  std::string_view rest = text;
+  if (rest.empty()) return 0;
+  if (separator.empty()) return 1;
+  int pieces = 1;
+  for (size_t at = rest.find(separator); at != std::string_view::npos; at = rest.find(separator)) {
+    rest.remove_prefix(at + separator.size());
+    ++pieces;
+  }
+  return pieces;
+}
+
+int UCTcnumtoken(const char *text, const char *sep) { return cnumtoken(text, sep); }
+
+char *token(char *out, int size, const char *text, const char *sep, int n) {
+  const std::string_view separator = sep;
+  std::string_view rest = n < 1 ? "" : text;
+  if (!separator.empty()) {
+    rest = without_leading(rest, separator);
+    for (int i = 1; i < n && !rest.empty(); ++i) rest = without_leading(behind_separator(rest, separator), separator);
+  }
+  return copy_piece(out, size, rest, separator);
+}
+
+int numtoken(const char *text, const char *sep) {
+  const std::string_view separator = sep;
+  std::string_view rest = text;
+  if (separator.empty()) return rest.empty() ? 0 : 1;
+  int pieces = 0;
+  for (rest = without_leading(rest, separator); !rest.empty(); ++pieces) {
+    rest = without_leading(behind_separator(rest, separator), separator);
+  }
+  return pieces;
+}
+
+int UCTnumtoken(const char *text, const char *sep) { return numtoken(text, sep); }
+
+int wp_numtoken(const char *text) {
+  int words = 0;
+  bool in_word = false;
+  for (; *text != '\0'; ++text) {
+    const bool white = is_white_space(static_cast<unsigned char>(*text)) != 0;
+    if (!white && !in_word) ++words;
+    in_word = !white;
+  }
+  return words;
+}

@@ -1,0 +1,20 @@
+// Pieces of a text that a separator string divides. Positions count from 1.
+#pragma once
+
+// Piece n of `text` into `out` (`size` bytes): n - 1 separators are skipped, then at most size - 1 characters up to the
+// next separator are copied. Empty text, n < 1 or a text with fewer pieces gives ""; an empty separator the whole text
+// for any n >= 1. Returns `out`.
+char *ctoken(char *out, int size, const char *text, const char *sep, int n);
+char *UCTctoken(char *out, int size, const char *text, const char *sep, int n);
+char *UCTtoken(char *out, int size, const char *text, const char *sep, int n);
+// The number of pieces: 0 for an empty text, 1 for an empty separator, else the separators + 1.
+int cnumtoken(const char *text, const char *sep);
+int UCTcnumtoken(const char *text, const char *sep);
+
+// As ctoken and cnumtoken, but leading separators are skipped and a run of separators counts as one.
+char *token(char *out, int size, const char *text, const char *sep, int n);
+int numtoken(const char *text, const char *sep);
+int UCTnumtoken(const char *text, const char *sep);
+
+// The number of words separated by white space (is_white_space).
+int wp_numtoken(const char *text);
