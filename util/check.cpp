@@ -5,8 +5,7 @@
 
 void (*give_terminal_back)() = nullptr;
 
-void require(bool holds, const char *condition, const char *path) {
-  if (holds) return;
+void stop_at(const char *condition, const char *path) {
   if (give_terminal_back != nullptr) give_terminal_back();
   std::fprintf(stderr, "Assertion failed: %s, %s\n", condition, path);
   std::abort();

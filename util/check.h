@@ -5,6 +5,10 @@
 // Null while there is no screen to give back.
 extern void (*give_terminal_back)();
 
-// Stops the program when `holds` is false: gives the terminal back, prints "Assertion failed: <condition>, <path>" to
-// standard error and aborts. `path` is the module's source path without an extension, such as "corbix/xhash".
-void require(bool holds, const char *condition, const char *path);
+// Gives the terminal back, prints "Assertion failed: <condition>, <path>" to standard error and aborts.
+[[noreturn]] void stop_at(const char *condition, const char *path);
+
+// Stops the program when `holds` is false. `path` is the module's source path without an extension, as "corbix/xhash".
+inline void require(bool holds, const char *condition, const char *path) {
+  if (!holds) stop_at(condition, path);
+}
