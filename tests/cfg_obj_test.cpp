@@ -1,0 +1,57 @@
+#include "upstools/cfg_obj.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+TEST(CStr, GrowsWithAMarginAndKeepsElevenBytesSpare) {
+  CStr text;
+  CStr_Init(&text);
+  ASSERT_EQ(CStr_AddN(&text, "abcdef", 3), 1);
+  EXPECT_EQ(text.nSize, 142);
+  const std::string more(128, 'x');
+  ASSERT_EQ(CStr_Add(&text, more.c_str()), 1);
+  EXPECT_EQ(text.nSize, 142);
+  ASSERT_EQ(CStr_Add(&text, "y"), 1);
+  EXPECT_EQ(text.nSize, 132 + 139);
+  EXPECT_EQ(text.Str, "abc" + more + "y");
+  CStr_Empty(&text);
+  EXPECT_EQ(text.Str, nullptr);
+  EXPECT_EQ(CStr_AddN(&text, "abc", 0), 1);
+  EXPECT_EQ(text.Str, nullptr);
+}
+
+TEST(CStrArr, AddsRemovesAndCopies) {
+  CStrArr names;
+  CStrArr_Init(&names);
+  CStrArr_Del(&names, -7, 0);  // nothing is asked of an empty array
+  for (int i = 0; i < 11; ++i) ASSERT_EQ(CStrArr_Add(&names, std::to_string(i).c_str()), 1);
+  EXPECT_EQ(names.nMaxCount, 13);
+  ASSERT_EQ(CStrArr_AddN(&names, "xyz", 0), 1);
+  EXPECT_EQ(names.nMaxCount, 24);
+  EXPECT_STREQ(CStrArr_GetStr(&names, 11), "");
+
+  CStrArr_Del(&names, 2, 8);
+  CStrArr copy = {};
+  ASSERT_EQ(CStrArr_Add(&copy, "old"), 1);
+  ASSERT_EQ(CStrArr_Copy(&copy, &names), 1);
+  CStrArr_Del(&names, 1, -1);
+  EXPECT_EQ(names.nCount, 1);
+  ASSERT_EQ(copy.nCount, 4);
+  EXPECT_STREQ(CStrArr_GetStr(&copy, 1), "1");
+  EXPECT_STREQ(CStrArr_GetStr(&copy, 2), "10");
+  CStrArr_Empty(&names);
+  CStrArr_Empty(&copy);
+  EXPECT_EQ(copy.Arr, nullptr);
+}
+
+TEST(CStrArrDeathTest, BrokenPreconditionsStopTheProgram) {
+  CStr text = {};
+  CStrArr names = {};
+  ASSERT_EQ(CStrArr_Add(&names, "a"), 1);
+  EXPECT_DEATH((void)CStr_AddN(&text, "ab", 3), "Assertion failed: nMax<=slen, upstools/cfg_obj");
+  EXPECT_DEATH(CStrArr_GetStr(&names, 1), "nIndex<Obj->nCount");
+  EXPECT_DEATH(CStrArr_Del(&names, 0, 2), "nDelCount==-1 \\|\\| Obj->nCount-nDelCount-nIndex>=0");
+  EXPECT_DEATH((void)CStrArr_Copy(&names, &names), "Dest!=Src");
+  CStrArr_Empty(&names);
+}
