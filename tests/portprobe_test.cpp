@@ -1,0 +1,316 @@
+#include "unixtools/portprobe.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include "unixtools/linesettings.h"
+#include "util/files.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using std::string;
+
+struct Result {
+  int code;
+  string text;
+  bool operator==(const Result &) const = default;
+};
+std::ostream &operator<<(std::ostream &out, const Result &result) { return out << result.code << " " << result.text; }
+
+Result probe(const string &name, int size = 512) {
+  char buffer[512] = "";
+  const int code = probe_port(buffer, size, name.c_str(), "%M\r");
+  return {code, buffer};
+}
+
+// A pseudo-terminal at a speed that no B constant names. `port` keeps the port's side open.
+struct Pty {
+  Descriptor ups{posix_openpt(O_RDWR | O_NOCTTY)};
+  string path;
+  int port = -1;
+  LineSettings before;
+
+  Pty() {
+    EXPECT_EQ(grantpt(ups.number) + unlockpt(ups.number), 0);
+    path = ptsname(ups.number);
+    port = open(path.c_str(), O_RDWR | O_NOCTTY);
+    std::array<uint32_t, 11> kernel{};  // 4 words of flags, 5 of characters, 2 speeds
+    EXPECT_EQ(get_line_settings(port, before), 1);
+    std::memcpy(kernel.data(), before.kernel.data(), sizeof kernel);
+    kernel[2] = (kernel[2] & ~0010017U) | 0010000U;  // control flags: the speed stands elsewhere
+    kernel[9] = kernel[10] = 31250;
+    std::memcpy(before.kernel.data(), kernel.data(), sizeof kernel);
+    EXPECT_EQ(set_line_settings(port, before), 1);
+    EXPECT_TRUE(has_settings_back());
+  }
+  ~Pty() { close(port); }
+  Pty(const Pty &) = delete;
+  Pty &operator=(const Pty &) = delete;
+
+  string name() const { return path.substr(5); }
+  bool has_settings_back() const {
+    LineSettings now;
+    return get_line_settings(port, now) == 1 && now == before;
+  }
+  // What a UPS does: waits for a request, answers.
+  bool answer(const string &text) const {
+    char request[3];
+    return read(ups.number, request, sizeof request) == 3 && write(ups.number, text.data(), text.size()) > 0;
+  }
+};
+
+struct LockFile : testing::Test {
+  string folder = fs::temp_directory_path() / "portprobe_XXXXXX";
+  LockFile() {
+    EXPECT_NE(mkdtemp(folder.data()), nullptr);
+    fs::permissions(folder, fs::perms(0755));
+    fs::current_path(folder);
+  }
+  ~LockFile() override {
+    fs::current_path("/");
+    fs::remove_all(folder);
+  }
+};
+
+Result check(const string &path) {
+  char buffer[128] = "";
+  const int code = check_lockfile(buffer, sizeof buffer, path.c_str());
+  return {code, buffer};
+}
+
+TEST(PortTexts, EachIsAppendedThatStaysBelowTheSize) {
+  const struct {
+    int size, result;
+    string text;
+  } cases[] = {{7, 1, "abcdef"}, {6, 0, "abcd"}, {5, 0, "abcd"}, {4, 0, "ab"}, {2, 0, "ab"}, {0, 0, "ab"}};
+  for (const auto &row : cases) {
+    char buffer[8] = "ab";
+    EXPECT_EQ(build_ret_str(buffer, row.size, "cd", "ef", nullptr), row.result) << row.size;
+    EXPECT_EQ(buffer, row.text);
+  }
+  EXPECT_EQ(build_ret_str(nullptr, 8, "cd", nullptr), 0);
+}
+
+TEST(PortNames, AreCutAtTheLastSlash) {
+  const struct {
+    const char *device, *folder, *name;
+  } cases[] = {{nullptr, "/dev/", "ttyS0"}, {"/dev/pts/5", "/dev/pts/", "5"}, {"ttyS1", "", "ttyS1"}};
+  for (const auto &row : cases) {
+    char text[16];
+    EXPECT_STREQ(get_device_path(text, sizeof text, row.device), row.folder);
+    EXPECT_STREQ(get_device(text, sizeof text, row.device), row.name);
+  }
+  char text[16] = "kept";
+  EXPECT_EQ(get_default_device(text, 10), nullptr);
+  EXPECT_STREQ(text, "kept");
+  EXPECT_STREQ(get_default_device(text, 11), "/dev/ttyS0");
+}
+
+TEST(PortNames, EveryNameThatFitsCountsAsADevice) {
+  char text[64] = "";
+  for (const string &name : {string("no such device"), string("/etc/passwd"), string(506, 'x')}) {
+    EXPECT_EQ(is_device_valid(text, sizeof text, name.c_str()), 1) << name;
+  }
+  EXPECT_EQ(is_device_valid(text, sizeof text, string(507, 'x').c_str()), -1);
+  EXPECT_STREQ(text, "stat(): File name too long");
+  EXPECT_EQ(probe(string(507, 'x')), (Result{0, ""}));
+}
+
+TEST_F(LockFile, HoldsThePortUnlessItsProcessIsKnownToBeGone) {
+  const string own = std::to_string(getpid());
+  const pid_t gone = fork();
+  if (gone == 0) _exit(0);
+  waitpid(gone, nullptr, 0);
+  const string dead = std::to_string(gone);
+  const struct {
+    string content;
+    int code;
+    string text;
+  } cases[] = {
+      {"    " + own + "\n", -5, "locked to " + own},
+      {own + " kavlon root", -5, "locked to " + own},
+      {"     " + dead + "\n", 1, ""},
+      {"000" + dead, 1, ""},
+      {string(31, ' ') + "19999999", -5, "locked to 1"},  // 32 bytes are read
+      {"", -5, "locked to "},
+      {"no digit\n", -5, "locked to "},
+      {"0", -5, "locked to 0"},
+      {"-1", -5, "locked to 1"},
+      {"2147483648", -5, "locked to 2147483648"},
+      {string(40, '7'), -5, "locked to " + string(31, '7')},
+  };
+  for (const auto &row : cases) {
+    std::ofstream("lock") << row.content;
+    EXPECT_EQ(check("lock"), (Result{row.code, row.text})) << row.content;
+    string content;
+    EXPECT_EQ(read_file("lock", content), 1);
+    EXPECT_EQ(content, row.content);
+  }
+  EXPECT_EQ(check("missing"), (Result{1, ""}));
+  EXPECT_EQ(check("lock/lock"), (Result{-3, "open(): Not a directory"}));
+  EXPECT_EQ(check("."), (Result{-4, "read(): Is a directory"}));
+  ASSERT_EQ(mkfifo("pipe", 0600), 0);
+  EXPECT_EQ(check("pipe"), (Result{-5, "locked to "}));  // without waiting for somebody to write
+}
+
+TEST_F(LockFile, AnotherUsersProcessHoldsThePort) {
+  std::ofstream("lock") << getpid();
+  std::ofstream("secret") << getpid();
+  fs::permissions("secret", fs::perms::none);
+  EXPECT_EXIT(
+      {
+        const bool is_another = getuid() != 0 || setuid(65534) == 0;
+        const bool held = check("lock").code == -5 && check("secret").code == -3;
+        _exit(held || !is_another ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST(PortLock, IsFoundByThePortsNameUpTo63Characters) {
+  string name = "kavtest" + std::to_string(getpid());
+  name.resize(48, 'x');
+  const string path = "/var/lock/LCK.." + name;
+  if (!(std::ofstream(path) << "1\n")) GTEST_SKIP() << "/var/lock can't be written";
+  EXPECT_EQ(probe(name), (Result{-5, "locked to 1"}));
+  std::ofstream(path + "x") << "1\n";
+  EXPECT_EQ(probe(name + "x"), (Result{-6, "open(): No such file or directory"}));
+  fs::remove(path);
+  fs::remove(path + "x");
+}
+
+// Each simulated UPS checks the request, the line's settings and that they are back when the port is closed.
+TEST(PortAnswer, IsWhatCameUntilASecondOfSilenceOr128Bytes) {
+  string many;
+  while (many.size() < kMaxAnswer) many += "%M1234\r";
+  const struct {
+    string options;
+    int size, code;
+    string text;
+  } cases[] = {
+      {"--model K-TRN07VQ21", 512, 1, "%MK-TRN07VQ21\r"},
+      {"--burst 5 --pause 600 --model K-TRN010VQ12", 512, 1, "%MK-TRN010VQ12\r"},
+      {"--delay 700 --answer 'XM K-TSN005\\n'", 512, 1, "XM K-TSN005\n"},
+      {"--answer '\\xff\\rK\\x00TSN'", 512, 1, "\xff\rK"},
+      {"--silent", 10, -12, "read(): "},
+      {"--model 1234 --length 127", 128, 1, many.substr(0, 127)},
+      {"--model 1234 --length 128", 128, 1, ""},
+      {"--model 1234 --length 5000", 129, 1, many.substr(0, 128)},
+      {"--model 1234 --chatter", 512, 1, many.substr(0, 128)},
+  };
+  for (const auto &row : cases) {
+    const string command = UPSSIM " --requests 1 " + row.options;
+    FILE *simulator = popen(command.c_str(), "r");  // NOLINT(cert-env33-c): only rows of this table
+    char path[64] = "";
+    ASSERT_EQ(std::fscanf(simulator, "%63s", path), 1);
+    EXPECT_EQ(probe(path + std::strlen("/dev/"), row.size), (Result{row.code, row.text})) << row.options;
+    EXPECT_EQ(pclose(simulator), 0) << row.options;
+  }
+}
+
+TEST(PortFailure, LeavesTheSettingsAsTheyWereAndTheProcessorAlone) {
+  const Pty pty;
+  const auto start = std::chrono::steady_clock::now();
+  const std::clock_t used = std::clock();
+  EXPECT_EQ(probe(pty.name()), (Result{-12, "read(): Success"}));
+  EXPECT_LT(std::clock() - used, CLOCKS_PER_SEC / 20);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1500));
+  EXPECT_TRUE(pty.has_settings_back());
+
+  const Descriptor other(open(pty.path.c_str(), O_RDWR | O_NOCTTY));
+  ASSERT_EQ(flock(other.number, LOCK_EX), 0);
+  EXPECT_EQ(probe(pty.name()), (Result{-6, "open(): Resource temporarily unavailable"}));
+  flock(other.number, LOCK_UN);
+
+  tcflow(pty.port, TCOOFF);
+  EXPECT_EQ(probe(pty.name()), (Result{-11, "write(): Connection timed out"}));
+  tcflow(pty.port, TCOON);
+  EXPECT_TRUE(pty.has_settings_back());
+
+  const Stream file(std::tmpfile());
+  EXPECT_EQ(probe("fd/" + std::to_string(fileno(file.get()))),
+            (Result{-7, "tcgetattr(): Inappropriate ioctl for device"}));
+}
+
+TEST(PortFailure, AHangUpEndsTheAnswerAndStillGivesTheSettingsBack) {
+  Pty pty;
+  bool hung_up = false;
+  std::thread ups([&] {
+    pty.answer("%MK-T");
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));  // the answer must be read, the second not be over
+    hung_up = ioctl(pty.port, TIOCVHANGUP) == 0;
+  });
+  EXPECT_EQ(probe(pty.name()), (Result{1, "%MK-T"}));
+  ups.join();
+  if (!hung_up) GTEST_SKIP() << "no right to hang up";
+  close(pty.port);
+  pty.port = open(pty.path.c_str(), O_RDWR | O_NOCTTY);
+  EXPECT_TRUE(pty.has_settings_back());
+}
+
+TEST(PortFailure, ASignalThatEndsTheProgramGivesTheSettingsBack) {
+  const Pty pty;
+  const pid_t child = fork();
+  if (child == 0) {
+    std::signal(SIGTERM, [](int) {
+      restore_probed_port();
+      _exit(0);
+    });
+    probe(pty.name());
+    _exit(1);
+  }
+  char request[3];
+  ASSERT_EQ(read(pty.ups.number, request, sizeof request), 3);
+  EXPECT_FALSE(pty.has_settings_back());
+  kill(child, SIGTERM);
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(pty.has_settings_back());
+}
+
+TEST(PortFailure, AThousandProbesLeaveNoDescriptorOpen) {
+  const auto open_descriptors = [] {
+    const auto all = fs::directory_iterator("/proc/self/fd");
+    return std::distance(begin(all), end(all));
+  };
+  const Pty answering;
+  const Pty held;
+  ASSERT_EQ(flock(held.port, LOCK_EX), 0);
+  std::thread ups([&] {
+    for (int i = 0; i < 250; ++i) answering.answer(string(kMaxAnswer, 'x'));
+  });
+  const Stream file(std::tmpfile());
+  const string no_terminal = "fd/" + std::to_string(fileno(file.get()));
+  const auto before = open_descriptors();
+  for (int i = 0; i < 250; ++i) {
+    EXPECT_EQ(probe(answering.name()).code, 1);
+    EXPECT_EQ(probe(held.name()).code, -6);
+    EXPECT_EQ(probe("no such port").code, -6);
+    EXPECT_EQ(probe(no_terminal).code, -7);
+  }
+  EXPECT_EQ(open_descriptors(), before);
+  ups.join();
+  EXPECT_TRUE(answering.has_settings_back());
+  EXPECT_TRUE(held.has_settings_back());
+}
+
+}  // namespace
