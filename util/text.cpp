@@ -38,7 +38,7 @@ int compare_folded(std::string_view a, std::string_view b, Fold fold) {
 
 // Copies the whole of `src` and terminates; `dst` may overlap it.
 char *copy_whole(char *dst, std::string_view src) {
-  std::memmove(dst, src.data(), src.size());
+  if (!src.empty()) std::memmove(dst, src.data(), src.size());  // an empty view may point nowhere
   dst[src.size()] = '\0';
   return dst;
 }
