@@ -1,0 +1,110 @@
+// Profiles: INI-style files, plain or coded, read and changed by topic and key. What was not set stays as it was in the
+// file: comments, blank lines, unknown lines, the order.
+//
+// One thread. A change lives in memory until the profile is closed. All results are 1, or 0 for failure, unless said
+// otherwise; null arguments give 0.
+#pragma once
+
+#include <cstdio>
+#include <string_view>
+
+#include "corbix/profile_names.h"
+
+struct ProfileRecord;  // corbix/profile_list.h
+using ProfileHandle = ProfileRecord *;
+
+// Bytes of the buffer of every get call (1024): values of up to 1023 characters and their terminator.
+int GetMaxCfgBuf();
+
+// ---- The one profile of the simple calls ----------------------------------------------------------------------------
+
+// Opens `file` in a mode from 1 to 14 (odd: read, even: write; 1 and 2 plain text, 3 and 4 coded; the others in
+// corbix/profile_line.h). A write mode creates a missing file and gives an empty one its first comment line. While a
+// profile is open, another open gives 1 and changes nothing: close first.
+// 0: wrong mode, no such file, not readable (a directory too), a name of more than 255 characters, out of memory.
+int XOpenProfile(const char *file, int mode);
+
+// Closes the profile; when it was set anything in a write mode, writes it as replace_file() does.
+// 0: none was open, or the file could not be written: it is then as it was, and the changes are lost.
+int XCloseProfile();
+
+// Copies the value of `key` in `topic` into `buffer` (GetMaxCfgBuf() bytes, whatever `size` says; it is not used).
+// Tabs are dropped, blanks at both ends are cut; the NoTrim call keeps both. 1 also for a key without "=" (value "").
+// 0 when no profile is open, or topic or key is missing: `buffer` then keeps the caller's default.
+int XGetPrivateProfileString(const char *topic, const char *key, char *buffer, int size);
+int XGetPrivateProfileStringNoTrim(const char *topic, const char *key, char *buffer, int size);
+
+// Sets `key` in `topic` to `value`; `file` is not used. A new key goes to the end of the topic's first block of lines,
+// a new topic to the end of the file. An empty value deletes the key's line; an empty key and value together delete
+// the topic up to the next one.
+// 0, and nothing is changed: not open in a write mode; key and value of more than 1023 characters together; a line feed
+// in one of the three; an empty value for a missing key; an empty key with a value; out of memory.
+int XSetPrivateProfileString(const char *topic, const char *key, const char *value, const char *file);
+int XSetPrivateProfileStringNoTrim(const char *topic, const char *key, const char *value, const char *file);
+
+// ---- Profiles by handle ---------------------------------------------------------------------------------------------
+
+// As the simple calls, on a profile of the caller's. XOpenProfileEx returns null where XOpenProfile gives 0;
+// XCloseProfileEx frees the profile and sets the handle to null in every case.
+[[nodiscard]] ProfileHandle XOpenProfileEx(const char *file, int mode);
+int XCloseProfileEx(ProfileHandle *handle);
+int XGetPrivateProfileStringEx(ProfileHandle handle, const char *topic, const char *key, char *buffer, int size);
+int XGetPrivateProfileStringNoTrimEx(ProfileHandle handle, const char *topic, const char *key, char *buffer, int size);
+int XSetPrivateProfileStringNoTrimEx(ProfileHandle handle, const char *topic, const char *key, const char *value,
+                                     const char *file);
+
+// ---- One operation on a file: open, get or set, close ---------------------------------------------------------------
+
+// Plain (modes 1, 2), coded (3, 4) and merge (5, 6) profiles. The result is that of the operation: whether the close
+// could write the file is not told.
+int XReadPrivateProfileString(const char *topic, const char *key, char *buffer, const char *file);
+int XReadInCodedPrivateProfileString(const char *topic, const char *key, char *buffer, const char *file);
+int XReadMergePrivateProfileString(const char *topic, const char *key, char *buffer, const char *file);
+int XWritePrivateProfileString(const char *topic, const char *key, const char *value, const char *file);
+int XWriteInCodedPrivateProfileString(const char *topic, const char *key, const char *value, const char *file);
+int XWriteMergePrivateProfileString(const char *topic, const char *key, const char *value, const char *file);
+
+// ---- What the format can't give back --------------------------------------------------------------------------------
+
+// Why a setting would not come back.
+enum class ProfileFault {
+  none,
+  topic,      // the topic's line is no topic, or one of another name
+  key,        // the key's line has no key, or another one
+  empty,      // the line is deleted: nothing comes back
+  too_long,   // refused, or cut where lines are cut on reading
+  line_feed,  // refused
+  nul,        // the value ends there
+  bracket,    // "[" ends the topic: this setting and those behind it are hidden
+  tab,        // tabs are dropped
+  blank,      // blanks at the ends are cut
+};
+
+// Would `value`, set in mode 2 under `topic` and `key`, be read in mode 1 as it stands, without hiding others?
+// Texts, not null; any byte may stand in them.
+[[nodiscard]] ProfileFault XSurvives(std::string_view topic, std::string_view key, std::string_view value);
+
+// ---- Coded files ----------------------------------------------------------------------------------------------------
+
+// Writes `text` and "\r\n" as one coded line. 0 when the stream did not take it.
+int fwriteln(FILE *stream, std::string_view text);
+
+// Reads one coded line of up to `limit` bytes into `buffer` (limit + 1 bytes; terminated, without its "\r\n"); a longer
+// one comes in pieces. Behind the last "\r\n" comes one empty line more, then null and "".
+char *freadln(FILE *stream, char *buffer, int limit);
+
+// Makes `file` hold `text` alone: kind 2 as plain text without a line end, any other kind as one coded line.
+int WriteInitialLine(const char *file, const char *text, int kind);
+
+// ---- The library itself ---------------------------------------------------------------------------------------------
+
+// 1 for the modes 1, 3, 5, 7, 9, 11 and 13.
+int XIsReadProfileMode(int mode);
+const char *CORBXGetFileVersion();  // "1.6.1.1"
+const char *CORBXGetLibName();      // "Corbix"
+int CORBXCheckLibCompatibility();   // always 1
+int CORBXCheckInterfaceVersion(const char *version);
+
+// Appends "prefix::text" (`text` alone when `prefix` is null) to the comma-separated list in `buffer` (`size` bytes).
+// 0, and `buffer` as it was, when `buffer` or `text` is null or the room does not suffice.
+int XAppendVersionErr(char *buffer, int size, const char *prefix, const char *text);
