@@ -1,0 +1,270 @@
+// Record families: every getter against the sample's own text, and the oddities that readers rely on.
+#include "upsdb/families.h"
+
+#include <algorithm>
+#include <map>
+#include <sstream>
+
+#include "tests/database_file.h"
+#include "upsdb/upsdb.h"
+
+namespace {
+
+// ---- The sample as plain text, read without the database's own means ------------------------------------------------
+
+using Texts = std::vector<std::string>;
+
+std::map<std::string, Texts> read_sections() {
+  std::map<std::string, Texts> sections;
+  std::istringstream text(sample_text());
+  std::string section;
+  for (std::string line; std::getline(text, line);) {
+    if (line.starts_with('[')) section = line.substr(1, line.size() - 2);
+    if (!line.empty() && line[0] != ';' && line[0] != '[') sections[section].push_back(line);
+  }
+  return sections;
+}
+
+Texts fields_of(const std::string &line) {
+  Texts fields;
+  std::istringstream text(line + "|");
+  for (std::string field; std::getline(text, field, '|'); fields.push_back(field)) {
+    field.erase(field.find_last_not_of(' ') + 1);
+    if (field.starts_with('"') && field.ends_with('"')) field = field.substr(1, field.size() - 2);
+  }
+  return fields;
+}
+
+// ---- Records as the fields that they were made of -------------------------------------------------------------------
+
+Texts as_fields(const UpsPollEntry &r) { return {std::to_string(r.variable_id), std::to_string(r.seconds)}; }
+Texts as_fields(const UpsVitalData &r) { return {std::to_string(r.variable_id)}; }
+Texts as_fields(const UpsGetInfo &r) { return {std::to_string(r.variable_id), r.request}; }
+Texts as_fields(const UpsCustomValue &r) { return {r.name, r.value}; }
+Texts as_fields(const UpsFunctionParam &r) { return {r.name, r.type, r.preset, r.help}; }
+Texts as_fields(const UpsFunction &r) {
+  EXPECT_TRUE(std::string(r.whole).starts_with(r.name));
+  EXPECT_EQ(std::to_string(r.last), r.last_text);
+  return {r.whole, r.meaning, r.parameter_section, r.last_text, "UPS"};
+}
+Texts as_fields(const UpsVariableInfo &r) {
+  return {std::to_string(r.id), r.name, r.label, r.unit, std::to_string(r.decimals)};
+}
+Texts as_fields(const UpsEvent &r) {
+  const char *when = r.always == 1 ? "ALWAYS" : "ONCE";
+  const char *kind = r.execution == kExecByCode ? "QEXEC" : "EXEC";
+  return {std::to_string(r.number), r.name, r.meaning, r.code_name, r.jobs, r.jobs_over, when,
+          std::to_string(r.delay),  kind};
+}
+
+// The fields that a record keeps: the last one of a function is not read, that of an event has a default.
+template <class Record>
+Texts expected(const std::string &line) {
+  Texts fields = fields_of(line);
+  if (std::is_same_v<Record, UpsFunction>) fields[4] = "UPS";
+  if (std::is_same_v<Record, UpsEvent> && fields.size() == 8) fields.emplace_back("QEXEC");
+  return fields;
+}
+
+// Every record that `get(record, n)` gives, and none behind the last line.
+template <class Record, class Get>
+void compare(const Texts &lines, int count, Get get) {
+  EXPECT_EQ(count, static_cast<int>(lines.size()));
+  EXPECT_FALSE(lines.empty());
+  Record record;
+  for (size_t n = 0; n < lines.size(); ++n) {
+    EXPECT_EQ(get(record, static_cast<int16_t>(n)), 1) << lines[n];
+    EXPECT_EQ(as_fields(record), expected<Record>(lines[n]));
+  }
+  EXPECT_EQ(get(record, static_cast<int16_t>(lines.size())), 0);
+}
+
+template <class Record>
+void compare_family(const char *model, const std::string &section, const Texts &lines, int16_t (*count)(const char *),
+                    int (*at_model)(Record &, int16_t, const char *),
+                    int (*in_section)(Record &, const char *, int16_t)) {
+  compare<Record>(lines, count(model), [&](Record &r, int16_t n) { return at_model(r, n, model); });
+  compare<Record>(lines, count(model), [&](Record &r, int16_t n) { return in_section(r, section.c_str(), n); });
+}
+
+// The lines of VARIABLEN with the IDs that begin `lines`.
+Texts variables_of(const Texts &lines, const Texts &variables) {
+  Texts found;
+  for (const std::string &line : lines) {
+    const auto same = [&](const std::string &variable) { return fields_of(variable)[0] == fields_of(line)[0]; };
+    std::copy_if(variables.begin(), variables.end(), std::back_inserter(found), same);
+  }
+  return found;
+}
+
+int first_custom_value(UpsCustomValue &record, int16_t n, const char *model) {
+  return n == 0 ? UpsGetAtDbCstmValue(record, model) : 0;
+}
+
+constexpr std::pair<size_t, int (*)(const char *, char *, int)> kSectionGetters[] = {
+    {14, UpsGetSectionDbPollEntry},   {15, UpsGetSectionDbVitalData}, {16, UpsGetSectionDbGetInfo},
+    {18, UpsGetSectionDbEvents},      {19, UpsGetSectionDbCstmValue}, {20, UpsGetSectionDbFunctionEntry},
+    {21, UpsGetSectionDbSavedEvents}, {22, UpsGetSectionDbPollcnt},   {23, UpsGetSectionDbSNMP},
+    {24, UpsGetSectionDbConfigConfig}};
+
+TEST(Sample, EveryGetterOfEveryModel) {
+  const OpenDatabase db(sample_text());
+  auto sections = read_sections();
+  ASSERT_EQ(sections["UPS"].size(), 40U);
+  for (const std::string &line : sections["UPS"]) {
+    const Texts of = fields_of(line);
+    const char *model = of[0].c_str();
+    const auto lines = [&](size_t position) { return sections[of[position]]; };
+    compare_family(model, of[14], lines(14), UpsGetCountDbPollEntry, UpsGetAtDbPollEntry, UpsDbGetPollEntryBySection);
+    compare_family(model, of[15], lines(15), UpsGetCountDbVitalData, UpsGetAtDbVitalData, UpsDbGetVitalDataBySection);
+    compare_family(model, of[16], lines(16), UpsGetCountDbGetInfo, UpsGetAtDbGetInfo, UpsDbGetInfoBySection);
+    compare_family(model, of[18], lines(18), UpsGetCountDbEvents, UpsGetAtDbEvents, UpsDbGetEventsBySection);
+    compare_family(model, of[19], lines(19), UpsGetCountDbCstmValue, first_custom_value, UpsDbGetCstmValueBySection);
+    compare<UpsVariableInfo>(variables_of(lines(15), sections["VARIABLEN"]), UpsGetCountDbVitalData(model),
+                             [&](auto &r, int16_t n) { return UpsGetAtDbVDVarInfo(r, n, model); });
+    compare<UpsVariableInfo>(variables_of(lines(16), sections["VARIABLEN"]), UpsGetCountDbGetInfo(model),
+                             [&](auto &r, int16_t n) { return UpsGetAtDbGIVarInfo(r, n, model); });
+    Texts functions = sections["FUNCTIONS"];
+    const Texts own = lines(20);
+    functions.insert(functions.end(), own.begin(), own.end());
+    compare<UpsFunction>(functions, UpsGetCountDbFunction(of[20].c_str()),
+                         [&](auto &r, int16_t n) { return UpsDbGetFunction(r, n, of[20].c_str()); });
+    UpsData record;
+    EXPECT_EQ(UpsFindDb(record, model), 1);
+    EXPECT_EQ((Texts{record.name, std::to_string(record.baud_rate), std::string(1, record.parity)}),
+              Texts(of.begin(), of.begin() + 3));
+    EXPECT_TRUE(record.load == std::stod(of[7]) && record.hold_minutes == std::stod(of[8])) << model;
+    char section[512];
+    for (const auto &[position, get_section] : kSectionGetters) {
+      EXPECT_EQ(get_section(model, section, sizeof section), 1);
+      EXPECT_EQ(section, of[position]);
+    }
+    EXPECT_EQ(UpsGetMonLayoutDb(model, section, sizeof section), section);
+    EXPECT_EQ(section, of[17]);
+    EXPECT_EQ(std::to_string(UpsGetSectionDbOemId(line.c_str())), of[25]);
+  }
+}
+
+TEST(Sample, EveryVariableParameterAndCode) {
+  const OpenDatabase db(sample_text());
+  auto sections = read_sections();
+  const Texts &variables = sections["VARIABLEN"];
+  compare<UpsVariableInfo>(variables, UpsGetCountDbVarInfo(), UpsGetAtDbVarInfoFromIndex);
+  compare<UpsVariableInfo>(variables, UpsGetCountDbVarInfo(), [&](auto &r, size_t n) {
+    return UpsGetAtDbVarInfoFromVarID(r, n < variables.size() ? std::stoi(fields_of(variables[n])[0]) : 99);
+  });
+  compare<UpsVariableInfo>(variables, UpsGetCountDbVarInfo(), [&](auto &r, size_t n) {
+    std::string name = n < variables.size() ? fields_of(variables[n])[1] : "none";
+    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
+    return UpsGetAtDbVarInfoFromVarName(r, name.c_str());
+  });
+  for (const auto &section : sections) {
+    const char *name = section.first.c_str();
+    if (!section.first.starts_with("PARAM_")) continue;
+    compare<UpsFunctionParam>(section.second, UpsGetCountDbParam(name),
+                              [name](auto &r, int16_t n) { return UpsDbGetFunctionParam(r, name, n); });
+  }
+  char code[2048] = "";
+  EXPECT_EQ(UpsDbGetSharedMainQCode(code, sizeof code) + UpsDbGetSharedLibQCode(code, sizeof code), 2);
+  EXPECT_EQ(UpsDbGetEventMainQCode(code, sizeof code, "POWERFAIL"), 1);
+  EXPECT_EQ(UpsDbGetEventLibQCode(code, sizeof code, "BATTERY"), 1);
+  EXPECT_EQ(UpsDbGetEventLibQCode(code, sizeof code, "none"), 0);
+  std::string text;
+  for (const char *section : {"SHARED_MAIN", "SHARED_LIB", "POWERFAIL_MAIN", "BATTERY_LIB"}) {
+    for (const std::string &line : sections[section]) text += line + "\n";
+  }
+  EXPECT_EQ(code, text);
+}
+
+// What a UPS answers and what a person calls it both lead to its entry: the first name that holds one of them.
+TEST(Sample, EveryModelIsFoundByItsCode) {
+  std::vector<Texts> models = {{"Halvoris 500VA", "K-TSN005"},
+                               {"Halvoris 700VA", "K-TSN007"},
+                               {"Halvoris 1400VA", "K-TSN014"},
+                               {"Halvoris 3000VA", "K-TSN030"},
+                               {"ZELK K-TSN030-200", "K-TSN030-200"}};
+  const auto add = [&models](const Texts &capacities, const Texts &volts) {
+    for (const auto &capacity : capacities) {
+      for (const auto &volt : volts) models.push_back({"K-TRN" + capacity + "VQ-" + volt});
+    }
+  };
+  add({"010", "015", "020", "030"}, {"100", "105", "110", "115", "120"});
+  add({"007", "014", "030"}, {"200", "208", "220", "230", "240"});
+  const OpenDatabase db(sample_text());
+  ASSERT_EQ(UpsGetCountDb(), static_cast<int16_t>(models.size()));
+  for (int16_t wanted = 0; wanted < UpsGetCountDb(); ++wanted) {
+    for (const std::string &text : models[static_cast<size_t>(wanted)]) {
+      UpsData model;
+      int16_t n = 0;
+      while (UpsGetAtDb(model, n) == 1 && std::string_view(model.name).find(text) == std::string_view::npos) ++n;
+      EXPECT_EQ(n, wanted) << text;
+      EXPECT_LE(std::string_view(model.name).size(), 30U);
+    }
+  }
+}
+
+// ---- Oddities -------------------------------------------------------------------------------------------------------
+
+TEST(Families, VariableWithFourFieldsIsFilledButFails) {
+  UpsVariableInfo record = {};
+  EXPECT_EQ(fillVarInfoFromUCString(record, "5|NAME|Label"), 0);
+  EXPECT_EQ(record.id, 0) << "too few fields: nothing is read";
+  EXPECT_EQ(fillVarInfoFromUCString(record, "5|NAME|Label|V"), 0);
+  EXPECT_EQ(as_fields(record), (Texts{"5", "NAME", "Label", "V", "0"}));
+}
+
+TEST(Families, EventWithoutKindIsExecutedByCode) {
+  const std::pair<const char *, int> cases[] = {{"", 2}, {"|", 2}, {"|QEXEC", 2}, {"|qexec", 1}, {"|EXEC", 1}};
+  UpsEvent record = {};
+  for (const auto &[field, kind] : cases) {
+    EXPECT_EQ(fillEventFromUCString(record, (std::string("1|a|b|c|d|e|ALWAYS|7") + field).c_str()), 1);
+    EXPECT_TRUE(record.execution == kind && record.always == 1 && record.delay == 7) << field;
+  }
+  EXPECT_EQ(fillEventFromUCString(record, "1|a|b|c|d|e|Always|7"), 1);
+  EXPECT_EQ(record.always, 0);
+  EXPECT_EQ(fillEventFromUCString(record, "1|a|b|d"), 0) << "enough fields to be read, too few to be whole";
+  EXPECT_STREQ(record.code_name, "d");
+}
+
+TEST(Families, GetInfoRequestOnlyFromTwoFields) {
+  UpsGetInfo record = {};
+  EXPECT_EQ(fillGetInfoFromUCString(record, "3") + fillGetInfoFromUCString(record, "3|%M|x"), 2);
+  EXPECT_STREQ(record.request, "");
+  EXPECT_EQ(fillGetInfoFromUCString(record, "3|"), 0);
+}
+
+TEST(Families, FunctionsParameterListEndsWithACommaBeforeATiming) {
+  const char *const cases[][3] = {{"f(a,b)|m|s|0|x", "f", "a,b,"}, {"f(a,b)|m|s|1|x", "f", "a,b"},
+                                  {"f|m|s|0|x", "f", ""},          {"f()|m|s|0|x", "f", ","},
+                                  {"f(a|m|s|0|x", "f", "a"},       {"f(a)b)|m|s|text|x", "f", "a,"}};
+  for (const auto &[line, name, parameters] : cases) {
+    UpsFunction record = {};
+    EXPECT_EQ(fillFunctionFromUCString(record, line), 1);
+    EXPECT_STREQ(record.name, name);
+    EXPECT_STREQ(record.parameters, parameters) << line;
+  }
+}
+
+TEST(Families, CodeIsCutAtTheBuffersEnd) {
+  const OpenDatabase db("[A]\nabc\n  de\n");
+  for (int size = 0; size <= 9; ++size) {
+    char code[10] = "\0########";
+    EXPECT_EQ(UpsDbGetQCodeBySection(code, size, "a"), size > 1 ? 1 : 0);
+    EXPECT_STREQ(code, std::string("abc\nde\n").substr(0, static_cast<size_t>(std::max(size - 1, 0))).c_str());
+    EXPECT_EQ(code[std::max(size, 1)], size < 9 ? '#' : '\0');
+  }
+}
+
+TEST(Families, VariablesBelongToTheirDatabase) {
+  OpenDatabase db("[VARIABLEN]\n1|OLD|l|u|0\n2|TWO|l|u|0\n");
+  UpsVariableInfo record;
+  EXPECT_EQ(UpsGetAtDbVarInfoFromVarID(record, 1), 1);
+  UpsCloseDb();
+  EXPECT_EQ(UpsGetAtDbVarInfoFromVarID(record, 1) + UpsGetCountDbVarInfo() + UpsGetCountDbFunction("A"), 0);
+  db.open("[VARIABLEN]\n1|NEW|l|u|0\n1|AGAIN|l|u|0\n");
+  EXPECT_EQ(UpsGetAtDbVarInfoFromVarID(record, 1), 1);
+  EXPECT_STREQ(record.name, "NEW");
+  EXPECT_EQ(UpsGetAtDbVarInfoFromVarID(record, 2), 0);
+}
+
+}  // namespace

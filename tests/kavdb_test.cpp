@@ -1,0 +1,146 @@
+// kavdb: the coded form and back, the faults that it finds, and the program itself.
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <random>
+
+#include "corbix/xconfig.h"
+#include "tests/database_file.h"
+#include "upsdb/db_check.h"
+
+namespace {
+
+// Runs kavdb by way of the shell, with what the command `input` prints: its exit status, what it printed in `output`.
+int run_kavdb(const std::string &arguments, std::string &output, const std::string &input = "true") {
+  output.clear();
+  FILE *program = popen((input + " | '" KAVDB_PROGRAM "' " + arguments + " 2>&1").c_str(), "r");
+  if (program == nullptr) return -1;
+  char buffer[4096];
+  for (size_t count = 0; (count = std::fread(buffer, 1, sizeof buffer, program)) > 0;) output.append(buffer, count);
+  const int status = pclose(program);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string random_source(std::mt19937 &random) {
+  constexpr std::string_view kPieces[] = {"[UPS]\n", "\n", "; note\n", "# x\n",    "a|b|\"c\"", "\n",
+                                          "\r",      " ",  "k=v\n",    "\xA4\xA2", "\t"};
+  std::string source;
+  for (unsigned count = random() % 40; count > 0; --count) {
+    if (random() % 8 == 0) source += std::string(random() % 900, static_cast<char>(random() % 255 + 1)) + "\n";
+    source += kPieces[random() % std::size(kPieces)];
+  }
+  for (size_t at = 0; (at = source.find("\r\n")) != std::string::npos;) source.erase(at, 1);
+  return source;
+}
+
+TEST(CodedForm, GivesTheSourceBack) {
+  std::mt19937 random(20240512);
+  std::vector<Finding> findings;
+  std::vector<std::string> sources = {
+      "", "\n", "\n\n", "a", "a\n", std::string(1022, 'x'), std::string(1021, 'x') + "\n"};
+  while (sources.size() < 3000) sources.push_back(random_source(random));
+  for (const std::string &source : sources) {
+    std::string coded;
+    std::string text = "?";
+    ASSERT_EQ(code_text(source, coded, findings), 1) << source;
+    ASSERT_EQ(decode_text(coded, text), 1) << source;
+    ASSERT_EQ(text, source);
+  }
+}
+
+TEST(CodedForm, RefusesWhatWouldNotComeBack) {
+  std::string coded = "?";
+  std::vector<Finding> findings;
+  EXPECT_EQ(code_text("a\nb\r\n", coded, findings) + code_text(std::string(1022, 'x') + "\n", coded, findings), 0);
+  EXPECT_EQ(code_text(std::string_view("a\n\nb\0c", 6), coded, findings), 0);
+  EXPECT_EQ(findings, (std::vector<Finding>{{2, "", "line", "line ends in a carriage return"},
+                                            {1, "", "line", "line is longer than 1022 bytes"},
+                                            {3, "", "line", "line holds a NUL"}}));
+  EXPECT_EQ(decode_text("[UPS]\n", coded), 0) << "a text is no coded file";
+  EXPECT_EQ(coded, "?");
+}
+
+// The store codes its lines in the same way, so that a database that it has written can be printed too.
+TEST(CodedForm, IsThatOfTheStore) {
+  const OpenDatabase db("[UPS]\na|b\n\n[CUSTOM]\nVersion=1");
+  ASSERT_EQ(XWriteInCodedPrivateProfileString("CUSTOM", "Version", "2.0.0.0", "upstyp.ups"), 1);
+  std::string text;
+  ASSERT_EQ(decode_text(get_file("upstyp.ups"), text), 1);
+  EXPECT_EQ(text, "[UPS]\na|b\n\n[CUSTOM]\nVersion=2.0.0.0\n");
+}
+
+TEST(Check, SampleIsSound) { EXPECT_EQ(check_database(sample_text()), std::vector<Finding>{}); }
+
+// Each row spoils the sample in one place; the finding names the line, the section and the field. Its text may go on.
+TEST(Check, NamesTheFault) {
+  const char *const cases[][5] = {
+      {"Version=2.4.0.7", "Version=2.4", "CUSTOM", "Version", "'2.4' is not understood"},
+      {"K-TRN015VQ-110          |2400", "K-TRN015VQ-110|24O0", "UPS", "1 baud rate", "'24O0' is not a whole number"},
+      {"K-TRN015VQ-110 ", "k-trn015vq-105 ", "UPS", "0 name", "'k-trn015vq-105' is in line"},
+      {"ZELK K-TSN030-200 ", "ZELK K-TSN030-200 for many more", "UPS", "0 name", "is longer than 30 characters"},
+      {"|0x805C|", "|805C|", "UPS", "5 code", "'805C' is not a number from 0x0000 to 0xFFFF"},
+      {"|0x805C|0|3000|10", "|0x805C|0|3000|", "UPS", "8 hold minutes", "missing"},
+      {"VITAL_ZELK|", "NONE|", "UPS", "15 vital section", "section 'NONE' of 'ZELK K-TSN030-200' is missing"},
+      {"FUNC_ZELK|SAVED_EVENTS", "FUNC_ZELK|", "UPS", "21 saved-events section", "missing for 'ZELK K-TSN030-200'"},
+      {"|Output voltage|V|1", "|Output voltage|V", "VARIABLEN", "4 decimals", "missing"},
+      {"33|BATTERY_DATE", "32|BATTERY_DATE", "VARIABLEN", "0 variable", "'32' is in line"},
+      {"10|10\n", "19|10\n", "POLL_ZELK", "0 variable", "'19' is not in VARIABLEN"},
+      {"33|\"%B\"", "33|%B|x", "INFO_ZELK", "get-info entry", "3 fields, not 2 at most"},
+      {"|BYPASS|", "|BY|", "EVENTS_ZELK", "3 name of its code", "section 'BY_MAIN' of 'Bypass mode' is missing"},
+      {"group|number|", "group|number of a very, very long name|", "PARAM_OUTLET", "1 type", "is cut behind 31"},
+      {"push HOLD_TIME", "left=HOLD_TIME", "SHARED_LIB", "line", "key=value is no record"},
+      {"push HOLD_TIME", "push\tHOLD_TIME", "SHARED_LIB", "line", "tabs are dropped"},
+      {"push HOLD_TIME", "push [HOLD", "SHARED_LIB", "line", "\"[\" hides this line and the rest of the section"},
+      {"push HOLD_TIME", "push [HOLD]", "HOLD", "line", "is read as the title of a section"},
+      {"[SHARED_MAIN]", "[FUNC_TSN]", "FUNC_TSN", "line", "is never read: the section begins in line"},
+      {"[CUSTOM]", "stray\n[CUSTOM]", "", "line", "stands before the first section"},
+      {"[BYPASS_LIB]", "[OTHER]\nx\n[BYPASS_LIB]", "OTHER", "section", "nothing leads here"},
+  };
+  for (const auto &[what, by, section, field, fault] : cases) {
+    std::string text = sample_text();
+    const size_t at = text.find(what);
+    ASSERT_NE(at, std::string::npos) << what;
+    const Finding wanted = {static_cast<int>(lines_of(text.substr(0, at + 1)).size()), section, field, fault};
+    text.replace(at, std::string_view(what).size(), by);
+    const auto is_it = [&wanted](Finding finding) {
+      finding.text.resize(std::min(finding.text.size(), wanted.text.size()));
+      return finding == wanted;
+    };
+    const std::vector<Finding> findings = check_database(text);
+    EXPECT_TRUE(std::any_of(findings.begin(), findings.end(), is_it)) << by << ", line " << wanted.line;
+  }
+}
+
+TEST(Program, CompilesDumpsListsAndChecks) {
+  const WorkingFolder folder;
+  std::string output;
+  EXPECT_EQ(run_kavdb("compile " + sample_path() + " upstyp.ups", output), 0) << output;
+  EXPECT_EQ(static_cast<unsigned>(std::filesystem::status("upstyp.ups").permissions()), 0644U);
+  EXPECT_EQ(run_kavdb("compile - upstyp.ups", output, "printf 'a\\r\\n'"), 1) << "a line that would not come back";
+  EXPECT_EQ(output, "standard input:1: line: line ends in a carriage return\n");
+  EXPECT_EQ(run_kavdb("dump upstyp.ups", output), 0) << "the old database is whole";
+  EXPECT_EQ(output, sample_text());
+  EXPECT_EQ(run_kavdb("compile - - | '" KAVDB_PROGRAM "' check -", output, "cat " + sample_path()), 0) << output;
+  EXPECT_EQ(run_kavdb("list upstyp.ups", output), 0);
+  EXPECT_EQ(lines_of(output)[5],
+            "  4  ZELK K-TSN030-200               9600,n,8,1    0x805C     0     3000       10         12\n");
+  EXPECT_EQ(run_kavdb("dump " + sample_path(), output), 1) << "a text is no database";
+  EXPECT_EQ(run_kavdb("list none", output) + run_kavdb("compile . out", output) + run_kavdb("compile - .", output), 3);
+}
+
+TEST(Program, TellsWhatIsWrong) {
+  std::string output;
+  EXPECT_EQ(run_kavdb("check -", output, "echo '[UPS]'"), 1);
+  EXPECT_NE(output.find("standard input:1: UPS: section: has no record\n"), std::string::npos) << output;
+  EXPECT_EQ(run_kavdb("list -", output, "printf '[UPS]\nA\\033|1\n'"), 1);
+  EXPECT_EQ(lines_of(output)[0], "standard input:2: UPS: model: can't be read, try kavdb check\n");
+  EXPECT_EQ(output.find('\033'), std::string::npos) << "control bytes are not shown";
+  EXPECT_EQ(run_kavdb("--help", output), 0);
+  for (const char *arguments : {"", "dump", "dump a b", "compile a", "help"}) {
+    EXPECT_EQ(run_kavdb(arguments, output), 2) << arguments;
+    EXPECT_TRUE(output.starts_with("usage: kavdb compile")) << arguments;
+  }
+}
+
+}  // namespace

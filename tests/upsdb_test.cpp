@@ -1,0 +1,197 @@
+// Fields of a line, model records, and the database's own data.
+#include "upsdb/upsdb.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include "tests/database_file.h"
+#include "upsdb/position.h"
+
+namespace {
+
+constexpr char kModel[] = "Model A|2400|n|8|1|0x805C|99|1400.5|7.9|12|1|0.1|-3|1e3|POLL";
+
+TEST(Position, TextOfAField) {
+  const std::string x(600, 'x');
+  const std::tuple<std::string, int, int, std::string> cases[] = {
+      // line, position, result, text ("?": untouched)
+      {" \"two words\" |2", 0, 1, "two words"},
+      {" \"two words\" |2", 1, 1, "2"},
+      {"a|b|", 2, 0, "?"},
+      {"a|b", 2, 0, "?"},
+      {"a||b", 1, 0, "?"},
+      {"a|b", -1, 0, "?"},
+      {"", 0, 0, "?"},
+      {"a|  |b", 1, 0, ""},
+      {"a| \" |b", 1, 0, ""},
+      {"a|\"\"|b", 1, 1, ""},
+      {"\"a\"b\"", 0, 1, "a\"b"},
+      {"\" a \"", 0, 1, " a "},
+      {"\ta ", 0, 1, "\ta"},
+      {x, 0, 1, x.substr(0, 511)},
+  };
+  for (const auto &[line, position, result, text] : cases) {
+    char out[512] = "?";
+    EXPECT_EQ(get_text_field(position, line.c_str(), out), result) << line;
+    EXPECT_EQ(out, text) << line;
+  }
+  char small[4] = "?";
+  EXPECT_EQ(get_text_field(0, "abcdef", small), 1);
+  EXPECT_STREQ(small, "abc");
+  EXPECT_EQ(PCountPositions("", "|") + PCountPositions("abc", "|") + PCountPositions("a|b|", "|"), 0 + 1 + 3);
+}
+
+TEST(Position, Numbers) {
+  const std::tuple<const char *, int, int32_t, int16_t, double> cases[] = {
+      {"12abc", 1, 12, 12, 12},      {"text", 1, 0, 0, 0},    {" \"-7\" ", 1, -7, -7, -7},
+      {"65537", 1, 65537, 1, 65537}, {"1.75", 1, 1, 1, 1.75}, {"99999999999", 1, 2147483647, -1, 99999999999.0},
+      {"  ", 0, 77, 77, 77},
+  };
+  for (const auto &[text, result, whole, half, real] : cases) {
+    const std::string line = std::string("x|") + text;
+    int32_t got_whole = 77;
+    int16_t got_half = 77;
+    double got_real = 77;
+    EXPECT_EQ(PGetLongFromPosition(1, line.c_str(), got_whole), result) << text;
+    EXPECT_EQ(PGetShortFromPosition(1, line.c_str(), got_half), result) << text;
+    EXPECT_EQ(PGetDoubleFromPosition(1, line.c_str(), got_real), result) << text;
+    EXPECT_TRUE(got_whole == whole && got_half == half && got_real == real) << text;
+  }
+}
+
+TEST(Position, HexadecimalNumbersWrapBehindEightDigits) {
+  const std::tuple<const char *, int, uint32_t> cases[] = {{"0x1F", 1, 0x1F},       {"x1F", 0, 7},
+                                                           {" 0X805c ", 1, 0x805C}, {"0x", 1, 0},
+                                                           {"0xG1", 1, 1},          {"0x123456789", 1, 0x2345678A}};
+  for (const auto &[field, result, value] : cases) {
+    uint32_t got = 7;
+    EXPECT_EQ(PGetHexToLongFromPosition(0, field, got), result) << field;
+    EXPECT_EQ(got, value) << field;
+  }
+}
+
+TEST(Position, BytesStopAtTheBuffersEnd) {
+  uint8_t bytes[2] = {7, 7};
+  EXPECT_EQ(PGetBinFromPosition(0, "0x", bytes) + PGetBinFromPosition(0, "A0B1", bytes), 0);
+  EXPECT_EQ(PGetBinFromPosition(0, "0xC2D", bytes), 1);
+  EXPECT_EQ(PGetBinFromPosition(1, "x|0xA0B1C2D3", bytes), 2);
+  EXPECT_TRUE(bytes[0] == 0xA0 && bytes[1] == 0xB1);
+}
+
+TEST(Model, EveryMemberFromItsFieldAndThePowerTwice) {
+  UpsData model = {};
+  EXPECT_EQ(fillUpsDataFromUCString(model, kModel), 1);
+  EXPECT_STREQ(model.name, "Model A");
+  EXPECT_TRUE(model.baud_rate == 2400 && model.parity == 'n' && model.data_bits == 8 && model.stop_bits == 1);
+  EXPECT_TRUE(static_cast<uint16_t>(model.code) == 0x805C && model.number == 99);
+  EXPECT_TRUE(model.power == 1400.5 && model.load == 1400.5);
+  EXPECT_TRUE(model.hold_minutes == 7.9 && model.recharge_hours == 12);
+  EXPECT_EQ(std::vector(model.further, model.further + 4), (std::vector<double>{1, 0.1, -3, 1000}));
+}
+
+TEST(Model, FaultyLinesAreCountedButNotRead) {
+  const OpenDatabase db(
+      std::string("[UPS]\nThirteen|1|n|8|1|0x1|2|3|4|5|6|7|8\nNo ninth|1|n|8|1|0x1|2|3|4||6|7|8|9\n") +
+      "An overlong name that is cut behind its 31st byte|x|n|8|1|12|2|3|4|5|6|7|8|9\n" + kModel + "\n");
+  UpsData model;
+  EXPECT_EQ(UpsGetCountDb(), 4);
+  EXPECT_EQ(UpsGetAtDb(model, 0), 0);
+  EXPECT_STREQ(model.name, "");
+  EXPECT_EQ(UpsGetAtDb(model, 1), 0);
+  EXPECT_TRUE(model.recharge_hours == 0 && model.further[3] == 9);
+  EXPECT_EQ(UpsGetAtDb(model, 2), 0) << "a code without 0x";
+  EXPECT_STREQ(model.name, "An overlong name that is cut be");
+  EXPECT_EQ(UpsGetAtDb(model, 3), 1);
+  EXPECT_EQ(UpsGetAtDb(model, 4) + UpsGetAtDb(model, -1), 0);
+  EXPECT_EQ(model.power, 0) << "cleared";
+}
+
+TEST(Database, CountsEveryNumberOfLinesUpToTheEndOfItsNumbers) {
+  OpenDatabase db("");
+  std::string lines;
+  int there = 0;
+  for (const int count : {0, 1, 2, 3, 4, 5, 7, 8, 9, 16, 17, 33000}) {
+    for (; there < count; ++there) lines += "a|b\n";
+    UpsCloseDb();
+    db.open("[UPS]\n" + lines);
+    EXPECT_EQ(UpsGetCountDb(), std::min(count, 32767));
+  }
+}
+
+TEST(Database, LinesThatAreNoRecords) {
+  const OpenDatabase db("[ups]\n; a|b\n\n# c\nfirst|1\nkey=value\nsecond|2\nhides [ the rest\nthird|3\n[X]\nlast\n");
+  char line[kLineBufferSize] = "";
+  EXPECT_EQ(UpsGetCountDb(), 2);
+  EXPECT_EQ(getEntryFromDb(line, "Ups", 1), 1);
+  EXPECT_STREQ(line, "second|2");
+  EXPECT_EQ(getEntryFromDb(line, "x", 0), 1);
+}
+
+TEST(Database, IsOpenedOnceAndClosed) {
+  UpsData model;
+  char text[8] = "";
+  {
+    const OpenDatabase db(std::string("[UPS]\n") + kModel);
+    EXPECT_EQ(UpsOpenDb("upstyp.ups"), 0);
+    EXPECT_EQ(UpsIsOpenDb(), 1);
+    EXPECT_EQ(UpsFindDb(model, "mODEL a"), 1);
+    EXPECT_EQ(UpsFindDb(model, "Model"), 0);
+    EXPECT_STREQ(model.name, "");
+  }
+  EXPECT_EQ(UpsIsOpenDb() + UpsGetCountDb() + UpsGetAtDb(model, 0) + UpsFindDb(model, "Model A"), 0);
+  EXPECT_EQ(UpsVersionNrDb(text, sizeof text) + UpsFileDateDb(text, sizeof text) + UpsOpenDb("none.ups"), 0);
+}
+
+TEST(Database, TheLastModelFoundOutlivesItsDatabase) {
+  OpenDatabase db(std::string("[UPS]\n") + kModel);
+  EXPECT_EQ(findEntryInDb("Model A"), 0);
+  UpsCloseDb();
+  db.open(std::string("[UPS]\nModel B|1\nModel C\n") + kModel);
+  EXPECT_EQ(findEntryInDb("unknown"), -1);
+  EXPECT_EQ(findEntryInDb("MODEL A"), 0) << "not read again";
+  EXPECT_EQ(findEntryInDb("Model C"), 1);
+  EXPECT_EQ(findEntryInDb("Model A"), 2);
+}
+
+TEST(Version, TextsAndNumbers) {
+  const std::pair<const char *, const char *> cases[] = {
+      {"2.1", "2.1.0.0"}, {"1.2.3.4.5", "1.2.3.4"}, {" 7.-3x.9", "7.-3.0.0"}, {"", "0.0.0.0"}, {".1", "0.0.0.0"}};
+  UpsVersion version = {{9, 9, 9, 9}};
+  char built[64];
+  for (const auto &[text, numbers] : cases) {
+    EXPECT_EQ(UpsParseVersionInfoStr(&version, text) + UpsBuildVersionInfoStr(built, sizeof built, &version), 2);
+    EXPECT_STREQ(built, numbers) << text;
+  }
+  EXPECT_EQ(UpsBuildVersionInfoStr(built, 4, nullptr) + UpsParseVersionInfoStr(&version, nullptr), 0);
+  EXPECT_STREQ(built, "");
+  const UpsVersion two = {{2, 0, 0, 0}};
+  const UpsVersion three = {{3, 1, 0, 0}};
+  EXPECT_EQ(UpsIsCompatibleVersionInfo(&two, &three) + UpsIsCompatibleVersionInfo(nullptr, &two), 0);
+  EXPECT_EQ(UpsIsCompatibleVersionInfo(&two, &two) + UpsIsCompatibleVersionInfo(&two, &version), 2);
+}
+
+TEST(Version, TextThatFillsItsBufferHasNoTerminator) {
+  const OpenDatabase db("[Custom]\nversion=2.4.0.7\nFILEDATE = 12.05.2024\n[vendor]\nOemId=131073\n");
+  UpsVersionInfo info;
+  int16_t oem = 7;
+  EXPECT_EQ(UpsVersionInfoDb(&info) + UpsOEMIdDb(oem), 2);
+  EXPECT_TRUE(info.oem == 131073 && oem == 1 && info.version.number[0] == 2 && info.version.number[3] == 7);
+  char text[12] = "???????????";
+  EXPECT_EQ(UpsVersionNrDb(text, 7), 1);
+  EXPECT_STREQ(text, "2.4.0.7????");
+  EXPECT_EQ(UpsFileDateDb(text, sizeof text), 1);
+  EXPECT_STREQ(text, "12.05.2024");
+}
+
+TEST(Version, OemZeroIsOne) {
+  OpenDatabase db("[VENDOR]\nOEMID=0\n");
+  int16_t oem = 7;
+  EXPECT_EQ(UpsOEMIdDb(oem), 1);
+  EXPECT_EQ(oem, 1);
+  UpsCloseDb();
+  db.open("[VENDOR]\nother=3\n");
+  EXPECT_EQ(UpsOEMIdDb(oem = 7), 0);
+  EXPECT_EQ(oem, 7);
+}
+
+}  // namespace

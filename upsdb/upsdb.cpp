@@ -1,0 +1,209 @@
+#include "upsdb/upsdb.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "corbix/xconfig.h"
+#include "upsdb/position.h"
+#include "upsdb/records.h"
+#include "util/numbers.h"
+#include "util/text.h"
+
+std::vector<std::string> tmpVarTab;
+int16_t VarCount = 0;
+
+namespace {
+
+constexpr int kReadCoded = 3;
+constexpr int kInterfaceVersion = 12;
+constexpr int kMostLines = std::numeric_limits<int16_t>::max();
+
+struct FoundModel {
+  char name[kFieldBufferSize];
+  int16_t number;
+};
+
+int isDBOpen = 0;
+FoundModel UpsCache = {"", -1};
+
+constexpr size_t further_at(size_t i) { return offsetof(UpsData, further) + i * sizeof(double); }
+
+constexpr FieldRow kModelFields[] = {
+    // clang-format off
+  // position  conversion         place in the record                meaning
+  {  0, Conversion::text,         offsetof(UpsData, name),           sizeof(UpsData::name),      "name" },
+  {  1, Conversion::number,       offsetof(UpsData, baud_rate),      sizeof(UpsData::baud_rate), "baud rate" },
+  {  2, Conversion::character,    offsetof(UpsData, parity),         sizeof(UpsData::parity),    "parity" },
+  {  3, Conversion::short_number, offsetof(UpsData, data_bits),      sizeof(UpsData::data_bits), "data bits" },
+  {  4, Conversion::short_number, offsetof(UpsData, stop_bits),      sizeof(UpsData::stop_bits), "stop bits" },
+  {  5, Conversion::hex_number,   offsetof(UpsData, code),           sizeof(UpsData::code),      "code" },
+  {  6, Conversion::short_number, offsetof(UpsData, number),         sizeof(UpsData::number),    "cable" },
+  {  7, Conversion::real,         offsetof(UpsData, power),          sizeof(UpsData::power),     "power" },
+  {  7, Conversion::real,         offsetof(UpsData, load),           sizeof(UpsData::load),      "power" },
+  {  8, Conversion::real,         offsetof(UpsData, hold_minutes),   sizeof(double),             "hold minutes" },
+  {  9, Conversion::real,         offsetof(UpsData, recharge_hours), sizeof(double),             "recharge hours" },
+  { 10, Conversion::real,         further_at(0),                     sizeof(double),             "first factor" },
+  { 11, Conversion::real,         further_at(1),                     sizeof(double),             "second factor" },
+  { 12, Conversion::real,         further_at(2),                     sizeof(double),             "third factor" },
+  { 13, Conversion::real,         further_at(3),                     sizeof(double),             "fourth factor" },
+};  // clang-format on
+
+// The value of `key` in `section` into `buffer` (kLineBufferSize bytes); 0 when closed or missing.
+int get_value_of_key(const char *section, const char *key, char *buffer) {
+  return isDBOpen == 1 ? XGetPrivateProfileString(section, key, buffer, kLineBufferSize) : 0;
+}
+
+// A value as strncpy copies it.
+int copy_value(const char *section, const char *key, char *buffer, int length) {
+  char value[kLineBufferSize];
+  if (length < 0 || get_value_of_key(section, key, value) == 0) return 0;
+  std::strncpy(buffer, value, static_cast<size_t>(length));
+  return 1;
+}
+
+bool has_entry(const char *section, int n) {
+  char line[kLineBufferSize];
+  return getEntryFromDb(line, section, n) == 1;
+}
+
+void forget_variables() {
+  tmpVarTab.clear();
+  VarCount = 0;
+}
+
+}  // namespace
+
+const RecordForm kModelForm = {"model", 14, 26, kModelFields};
+
+int fillUpsDataFromUCString(UpsData &record, const char *line) {
+  record.reserved_word = 0;
+  return fill_fields(kModelForm, line, &record);
+}
+
+int getEntryFromDb(char *buffer, const char *section, int n) {
+  char key[32];
+  std::snprintf(key, sizeof key, "%s%05d", kTmpKey, n);
+  return get_value_of_key(section, key, buffer);
+}
+
+// The numbers of a section's lines have no gap: double the bound, then halve the distance to the last line.
+int16_t countDBEntries(const char *section) {
+  int there = 0;    // lines 0 to there - 1 are there
+  int missing = 1;  // line missing - 1 is not
+  while (missing <= kMostLines && has_entry(section, missing - 1)) {
+    there = missing;
+    missing *= 2;
+  }
+  missing = std::min(missing, kMostLines + 1);
+  while (missing - there > 1) {
+    const int middle = there + (missing - there) / 2;
+    (has_entry(section, middle - 1) ? there : missing) = middle;
+  }
+  return static_cast<int16_t>(there);
+}
+
+int16_t findEntryInDb(const char *name) {
+  if (stricmp(name, UpsCache.name) == 0) return UpsCache.number;
+  char line[kLineBufferSize];
+  for (int n = 0; n < kMostLines && getEntryFromDb(line, kModelSection, n) == 1; ++n) {
+    char found[kFieldBufferSize];
+    if (get_text_field(0, line, found) == 0 || stricmp(found, name) != 0) continue;
+    cpynstr(UpsCache.name, name);
+    UpsCache.number = static_cast<int16_t>(n);
+    return UpsCache.number;
+  }
+  return -1;
+}
+
+int UpsOpenDb(const char *file) {
+  if (isDBOpen == 1 || XOpenProfile(file, kReadCoded) == 0) return 0;
+  isDBOpen = 1;
+  forget_variables();
+  return 1;
+}
+
+void UpsCloseDb() {
+  if (isDBOpen == 0) return;
+  XCloseProfile();
+  isDBOpen = 0;
+  forget_variables();
+}
+
+int UpsIsOpenDb() { return isDBOpen; }
+
+int UpsDbGetVersion() { return kInterfaceVersion; }
+
+int16_t UpsGetCountDb() { return countDBEntries(kModelSection); }
+
+int UpsGetAtDb(UpsData &record, int16_t n) {
+  record = {};
+  char line[kLineBufferSize];
+  return getEntryFromDb(line, kModelSection, n) == 1 ? fillUpsDataFromUCString(record, line) : 0;
+}
+
+int UpsFindDb(UpsData &record, const char *name) {
+  record = {};
+  const int16_t number = isDBOpen == 1 ? findEntryInDb(name) : int16_t{-1};
+  return number >= 0 ? UpsGetAtDb(record, number) : 0;
+}
+
+int UpsVersionNrDb(char *buffer, int length) { return copy_value(kAboutSection, kVersionKey, buffer, length); }
+
+int UpsFileDateDb(char *buffer, int length) { return copy_value(kAboutSection, kFileDateKey, buffer, length); }
+
+int UpsVersionInfoDb(UpsVersionInfo *info) {
+  if (info == nullptr) return 0;
+  *info = {};
+  if (isDBOpen == 0) return 0;
+  char value[kLineBufferSize];
+  if (get_value_of_key(kAboutSection, kVersionKey, value) == 1) UpsParseVersionInfoStr(&info->version, value);
+  if (get_value_of_key(kVendorSection, kOemKey, value) == 1) info->oem = to_int32(value);
+  return 1;
+}
+
+int UpsOEMIdDb(int16_t &number) {
+  char value[kLineBufferSize];
+  if (get_value_of_key(kVendorSection, kOemKey, value) == 0) return 0;
+  const auto oem = static_cast<int16_t>(to_int32(value));
+  number = oem == 0 ? int16_t{1} : oem;
+  return 1;
+}
+
+int UpsBuildVersionInfoStr(char *buffer, int size, const UpsVersion *version) {
+  if (buffer == nullptr || size <= 0) return 0;
+  buffer[0] = '\0';
+  if (version == nullptr) return 0;
+  const auto &number = version->number;
+  std::snprintf(buffer, static_cast<size_t>(size), "%d.%d.%d.%d", number[0], number[1], number[2], number[3]);
+  return 1;
+}
+
+int UpsParseVersionInfoStr(UpsVersion *version, const char *text) {
+  if (version == nullptr) return 0;
+  *version = {};
+  if (text == nullptr) return 0;
+  for (int32_t &number : version->number) {
+    char *end = nullptr;
+    std::strtol(text, &end, 10);
+    if (end == text) break;
+    number = to_int32(text);
+    if (*end != '.') break;
+    text = end + 1;
+  }
+  return 1;
+}
+
+int UpsIsCompatibleVersionInfo(const UpsVersion *have, const UpsVersion *need) {
+  if (have == nullptr || need == nullptr) return 0;
+  return need->number[0] < 1 || have->number[0] == need->number[0] ? 1 : 0;
+}
+
+void reset_upsdb() {
+  UpsCloseDb();
+  UpsCache = {"", -1};
+}
