@@ -1,0 +1,169 @@
+#include "screen/charset.h"
+
+#include <iconv.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+
+#include "util/language.h"
+
+namespace {
+
+constexpr int kKanaLead = 0x8E;  // leads a half-width kana: two bytes, one column
+constexpr int kLongLead = 0x8F;  // leads a character of three bytes
+
+struct Character {
+  size_t bytes;    // in the text
+  wchar_t code;    // 0: none, or one that can't be shown
+  size_t columns;  // up to `bytes`
+};
+
+// An iconv converter that lives until the program ends.
+struct Converter {
+  iconv_t handle;
+  Converter(const char *to, const char *from) : handle(iconv_open(to, from)) {}
+  Converter(const Converter &) = delete;
+  Converter &operator=(const Converter &) = delete;
+  ~Converter() {
+    if (is_open()) iconv_close(handle);
+  }
+  bool is_open() const { return reinterpret_cast<intptr_t>(handle) != -1; }
+};
+
+// Converts the bytes of one character. The number of bytes in `out` (of `size`), 0 when it has no such form.
+size_t convert(const Converter &converter, const void *in, size_t length, void *out, size_t size) {
+  char buffer[8];
+  if (!converter.is_open() || length > sizeof buffer) return 0;
+  std::memcpy(buffer, in, length);
+  char *from = buffer;
+  char *to = static_cast<char *>(out);
+  size_t left = size;
+  if (iconv(converter.handle, &from, &length, &to, &left) != 0 || length != 0) return 0;
+  return size - left;
+}
+
+int byte_of(char c) { return static_cast<unsigned char>(c); }
+
+bool is_ascii(char c) { return byte_of(c) < 0x80; }
+bool is_printable_ascii(char c) { return c >= ' ' && c <= '~'; }
+
+// As one that fills the columns of its bytes; without a code when it is none to show.
+Character shown_character(size_t bytes, wchar_t code) {
+  const int columns = wcwidth(code);
+  if (columns < 1 || static_cast<size_t>(columns) > bytes) return {bytes, 0, 0};
+  return {bytes, code, static_cast<size_t>(columns)};
+}
+
+// The bytes that the first character of a text should have, by its first byte; 1 when the others are not there.
+size_t euc_jp_length(std::string_view text) {
+  const auto is_part = [](char c) { return byte_of(c) >= 0xA1 && byte_of(c) <= 0xFE; };
+  const int lead = byte_of(text.front());
+  const size_t length = lead == kLongLead ? 3 : lead == kKanaLead || is_part(text.front()) ? 2 : 1;
+  if (text.size() < length) return 1;
+  return std::all_of(text.begin() + 1, text.begin() + static_cast<std::ptrdiff_t>(length), is_part) ? length : 1;
+}
+
+wchar_t euc_jp_code(std::string_view character) {
+  static const Converter converter("WCHAR_T", "EUC-JP");
+  wchar_t code = 0;
+  if (convert(converter, character.data(), character.size(), &code, sizeof code) != sizeof code) return 0;
+  return code;
+}
+
+Character first_of_euc_jp(std::string_view text) {
+  const size_t length = euc_jp_length(text);
+  if (length == 1) return {1, 0, 0};
+  return shown_character(length, euc_jp_code(text.substr(0, length)));
+}
+
+Character first_of_locale(std::string_view text) {
+  mbstate_t state = {};
+  wchar_t code = 0;
+  const size_t length = std::mbrtowc(&code, text.data(), text.size(), &state);
+  if (length == 0 || length > text.size()) return {1, 0, 0};
+  return shown_character(length, code);
+}
+
+// Bytes from 0x80 to 0x9F are control bytes of eight-bit terminals.
+Character first_of_bytes(std::string_view text) {
+  const int byte = byte_of(text.front());
+  return byte >= 0xA0 ? Character{1, static_cast<wchar_t>(byte), 1} : Character{1, 0, 0};
+}
+
+Character first_character(std::string_view text, Charset charset) {
+  if (is_printable_ascii(text.front())) return {1, static_cast<wchar_t>(text.front()), 1};
+  if (is_ascii(text.front())) return {1, 0, 0};
+  switch (charset) {
+    case Charset::euc_jp:
+      return first_of_euc_jp(text);
+    case Charset::locale:
+      return first_of_locale(text);
+    default:
+      return first_of_bytes(text);
+  }
+}
+
+// A character in the locale's charset; empty when that lacks it.
+std::string locale_bytes(wchar_t code) {
+  char bytes[MB_LEN_MAX];
+  mbstate_t state = {};
+  const size_t length = std::wcrtomb(bytes, code, &state);
+  return length <= sizeof bytes ? std::string(bytes, length) : std::string();
+}
+
+}  // namespace
+
+Charset present_charset() {
+  const auto locale_has = [](wchar_t code) { return !locale_bytes(code).empty(); };
+  const bool japanese = language == 1 && locale_has(L'\u3042') && locale_has(L'\u96FB');  // a kana and a kanji
+  return text_charset(language, MB_CUR_MAX, japanese);
+}
+
+std::wstring text_to_cells(std::string_view text, Charset charset, size_t columns) {
+  std::wstring cells;
+  for (size_t left = columns; !text.empty() && left > 0;) {
+    const Character character = first_character(text, charset);
+    const size_t taken = std::min(character.bytes, left);
+    if (character.code == 0) {
+      cells.append(taken, L'?');
+    } else if (character.columns > left) {
+      cells.append(left, L' ');
+    } else {
+      cells += character.code;
+      cells.append(taken - character.columns, L' ');
+    }
+    text.remove_prefix(character.bytes);
+    left -= taken;
+  }
+  return cells;
+}
+
+std::string text_to_terminal(std::string_view text, Charset charset) {
+  if (charset != Charset::euc_jp) return std::string(text);
+  std::string bytes;
+  while (!text.empty()) {
+    const Character character =
+        is_ascii(text.front()) ? Character{1, static_cast<wchar_t>(text.front()), 1} : first_of_euc_jp(text);
+    bytes += locale_bytes(character.code == 0 ? L'?' : character.code);
+    text.remove_prefix(character.bytes);
+  }
+  return bytes;
+}
+
+TypedCharacter typed_character(std::string_view typed) {
+  static const Converter converter("EUC-JP", "WCHAR_T");
+  constexpr auto kIncomplete = static_cast<size_t>(-2);
+  mbstate_t state = {};
+  wchar_t code = 0;
+  const size_t length = std::mbrtowc(&code, typed.data(), typed.size(), &state);
+  if (length == kIncomplete) return {0, ""};
+  if (length > typed.size()) return {1, ""};
+  char text[8];
+  const size_t bytes = convert(converter, &code, sizeof code, text, sizeof text);
+  const bool fits = bytes == 2 && byte_of(text[0]) != kKanaLead;
+  return {length, fits ? std::string(text, bytes) : std::string()};
+}

@@ -1,0 +1,61 @@
+// The one loop that edits every mask, and the one procedure that draws every mask's frame.
+//
+// A mask is described: its window, its record and fields, its labels, and the decisions that are its own.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "screen/maskelib.h"
+#include "util/language.h"
+
+// One text on a mask's frame. "%c" in it shows as "<".
+struct FrameLabel {
+  int row;
+  int col;  // kCentred: in the middle of the window
+  const char *const *label;
+};
+inline constexpr int kCentred = -1;
+
+void draw_frame_label(WINDOW *win, int32_t attr, const FrameLabel &label);
+// Frame, blank inside, the labels, and on the last rows but one the separator and the key line.
+void draw_mask_frame(WINDOW *win, int32_t attr, std::span<const FrameLabel> labels);
+
+// How a mask differs from the others in its keys.
+inline constexpr unsigned kFinishKeys = 1;     // F10, and ENTER on the last field, leave the mask
+inline constexpr unsigned kPickStays = 2;      // after a field's list the cursor stays, and ENTER is not checked
+inline constexpr unsigned kCheckEveryKey = 4;  // every key is checked, F10 and those that do not move too
+inline constexpr unsigned kRefuseAtEnd = 8;    // a failed check on a key that leaves ends the mask as refused
+
+struct Mask {
+  int rows, columns, row, column;  // the window on the screen
+  void *record;
+  const FieldDescriptor *fields;
+  int count;
+  unsigned rules;
+
+  int number;  // handed to the next three
+  void (*show_help)(WINDOW *win, int number, int field);
+  int (*check)(int field, int number);  // 1 when the field's value is acceptable; may rewrite the field
+  void (*show_error)(WINDOW *win, int field, int number);
+
+  void (*draw_frame)(WINDOW *win, int32_t attr);
+  bool (*has_list)(int field);           // ENTER on this field opens a list now
+  void (*pick)(WINDOW *win, int field);  // opens it and takes the choice over
+  int (*may_leave)(WINDOW *win);         // asked for F10 and ENTER on the last field; null: always
+  void (*prepare)();                     // called before each field is edited; null: nothing to do
+  const char *(*notice)(int number);     // what the person should know of the values, on the separator; null: nothing
+};
+
+// What a key does to a mask of `count` fields with the cursor on `field`.
+struct MaskStep {
+  int next;      // the field it moves to
+  bool finish;   // it is one of the finishing keys
+  bool leaving;  // the mask ends
+  bool check;    // the field's value is checked first
+};
+MaskStep mask_step(int field, int key, int count, unsigned rules);
+
+// Shows the mask above `parent` and edits until it is left. 1, or 0 when it was refused at the end (kRefuseAtEnd) or
+// its window could not be made. Edits are in the record either way.
+int run_mask(const Mask &mask, int32_t attr);

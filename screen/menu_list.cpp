@@ -1,0 +1,189 @@
+// Lists of positioned strings, and moving through them.
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "screen/menu.h"
+#include "util/text.h"
+
+namespace {
+
+constexpr int kLeft = 1;
+constexpr int kRight = 2;
+constexpr int kRenumber = 1;
+constexpr int kWaitForKeys = 2;
+
+int32_t draw_entry(WINDOW *win, const StringNode &node, bool selected, int align) {
+  // column 0 is the frame's
+  const int room = align == kLeft    ? getmaxx(win) - 1 - node.col
+                   : align == kRight ? node.width - 1
+                                     : node.width / 2 * 2 - 1;
+  const int length = std::max(std::min(lenstr(node.text), room), 0);
+  const int col = align == kLeft ? node.col : align == kRight ? node.width - length : node.width / 2 - length / 2;
+  wprintv_cut(win, node.text, selected ? node.attr_sel : node.attr, node.row, col, length);
+  return node.strid;
+}
+
+int32_t draw_list_entry(WINDOW *win, const StringNode &node, bool selected, int row, int col, int width, int align) {
+  const int32_t attr = selected ? node.attr_sel : node.attr;
+  const int length = std::min(lenstr(node.text), width);
+  const int indent = align == kLeft ? 0 : align == kRight ? width - length : width / 2 - length / 2;
+  wfdraw_hline(win, row, col, width, ' ', attr);
+  wprintv_cut(win, node.text, attr, row, col + indent, length);
+  return node.strid;
+}
+
+// The node at position `num`; null for a position that only a longer list has.
+StringNode *entry_at(StringNode *list, int32_t num) {
+  return num >= 1 && num <= get_last_entry_num(list) ? get_element_by_num(list, num, nullptr) : nullptr;
+}
+
+}  // namespace
+
+StringNode *Insert_String(StringNode *list, const char *text, int32_t strid, int32_t attr, int32_t attr_sel,
+                          int32_t row, int32_t col, int32_t width) {
+  StringNode *const last = get_last_one(list, 0);
+  auto *const node = new (std::nothrow) StringNode;
+  if (node == nullptr) return nullptr;
+  *node = {row, col, width, attr, attr_sel, "", strid, last == nullptr ? 1 : last->num + 1, last, nullptr};
+  cpynstr(node->text, text);
+  if (last != nullptr) last->next = node;
+  return node;
+}
+
+int Remove_String(StringNode *list, int32_t num) {
+  if (list == nullptr) return 0;
+  const StringNode *const node = get_element_by_num(list, num, nullptr);
+  if (node->prev != nullptr) node->prev->next = node->next;
+  if (node->next != nullptr) node->next->prev = node->prev;
+  delete node;
+  return 1;
+}
+
+int RemoveFullList(StringNode *list) {
+  if (list == nullptr) return 0;
+  for (StringNode *node = get_last_one(list, 0); node != nullptr;) {
+    const StringNode *const removed = node;
+    node = node->prev;
+    delete removed;
+  }
+  return 1;
+}
+
+StringNode *get_last_one(StringNode *list, int mode) {
+  StringNode *last = nullptr;
+  for (StringNode *node = list; node != nullptr; node = node->next) {
+    if (mode == kRenumber && last != nullptr) node->num = last->num + 1;
+    if (mode == kWaitForKeys) inkey();
+    last = node;
+  }
+  return last;
+}
+
+StringNode *get_next(StringNode *node) { return node->next; }
+
+int32_t get_last_entry_num(StringNode *list) {
+  const StringNode *const last = get_last_one(list, 0);
+  return last == nullptr ? 0 : last->num;
+}
+
+StringNode *get_element_by_num(StringNode *list, int32_t num, char *dst) {
+  if (list == nullptr || list->next == nullptr || num > get_last_entry_num(list)) return list;
+  StringNode *node = list;
+  while (node->num < num) node = node->next;
+  if (dst != nullptr) cpynstr(dst, node->text, sizeof node->text);
+  return node;
+}
+
+int32_t get_strid_by_num(StringNode *list, int32_t num) {
+  if (list == nullptr || list->next == nullptr || num > get_last_entry_num(list)) return -1;
+  return get_element_by_num(list, num, nullptr)->strid;
+}
+
+StringNode *get_element_by_strid(StringNode *list, int32_t strid, char *dst) {
+  StringNode *node = list;
+  while (node != nullptr && node->strid != strid && node->next != nullptr) node = node->next;
+  if (node != nullptr && node->strid == strid && dst != nullptr) cpynstr(dst, node->text, sizeof node->text);
+  return node;
+}
+
+void DumpList(StringNode *list) { get_last_one(list, kWaitForKeys); }
+
+int32_t DrawStringFromList(WINDOW *win, StringNode *list, int32_t num, int selected, int align) {
+  const StringNode *const node = entry_at(list, num);
+  return node == nullptr ? 0 : draw_entry(win, *node, selected != 0, align);
+}
+
+int32_t DrawStringFromListInList(WINDOW *win, StringNode *list, int32_t num, int selected, int row, int col, int width,
+                                 int align) {
+  const StringNode *const node = entry_at(list, num);
+  return node == nullptr ? 0 : draw_list_entry(win, *node, selected != 0, row, col, width, align);
+}
+
+int32_t DrawFullStringBox(WINDOW *win, StringNode *list, int32_t sel, int align) {
+  int32_t chosen = 0;
+  for (const StringNode *node = list; node != nullptr; node = node->next) {
+    const int32_t strid = draw_entry(win, *node, node->num == sel, align);
+    if (node->num == sel) chosen = strid;
+  }
+  wshow(win);
+  return chosen;
+}
+
+int32_t DrawFullStringListBox(WINDOW *win, StringNode *list, int32_t first, int32_t cursor, int row, int col, int width,
+                              int count, int align) {
+  if (list == nullptr) return 0;
+  int32_t chosen = 0;
+  for (const StringNode *node = list; node != nullptr && node->num < first + count; node = node->next) {
+    if (node->num < first) continue;
+    const bool selected = node->num == first + cursor - 1;
+    const int32_t strid = draw_list_entry(win, *node, selected, row + node->num - first, col, width, align);
+    if (selected) chosen = strid;
+  }
+  wshow(win);
+  return chosen;
+}
+
+int ProcessListKeyboard(int key, int32_t *first, int32_t *cursor, int32_t total, int32_t visible) {
+  if (first == nullptr || cursor == nullptr) return 0;
+  const int32_t last_first = std::max(total - visible + 1, 1);
+  const int32_t last_cursor = std::max(std::min(visible, total), 1);
+  switch (key) {
+    case kKeyHome:
+      *first = *cursor = 1;
+      break;
+    case kKeyEnd:
+      *first = last_first;
+      *cursor = last_cursor;
+      break;
+    case kKeyNextPage:  // kept: this key moves towards the start and the other one towards the end
+      if (*first <= visible) *cursor = 1;
+      *first = std::max(*first - visible, 1);
+      break;
+    case kKeyPreviousPage:
+      if (*first + 2 * visible - 1 <= total) {
+        *first += visible;
+      } else {
+        *first = last_first;
+        *cursor = last_cursor;
+      }
+      break;
+    case kKeyUp:
+      if (*cursor > 1) {
+        --*cursor;
+      } else if (*first > 1) {
+        --*first;
+      }
+      break;
+    case kKeyDown:
+      if (*cursor < visible) {  // kept: not compared with `total`
+        ++*cursor;
+      } else if (*first < last_first) {
+        ++*first;
+      }
+      break;
+    default:
+      break;
+  }
+  return *first + *cursor - 1;
+}

@@ -1,0 +1,219 @@
+// Keys, and the editing of one line.
+#include <algorithm>
+#include <cerrno>
+#include <ctime>
+#include <string>
+
+#include "screen/charset.h"
+#include "screen/scrio.h"
+#include "screen/terminal.h"
+#include "util/text.h"
+
+namespace {
+
+constexpr int kDelete = 127;  // what many terminals send for Backspace
+constexpr int kControlH = 8;
+constexpr int kSameCharacter = 100;  // ms within which the bytes of a character follow each other
+constexpr int kLineBuffer = 280;
+
+// Bytes of a typed character that were not handed out yet. Written by read_text_key.
+std::string rest_of_character;
+
+bool is_high_byte(int key) { return key >= 0x80 && key <= 0xFF; }
+
+// The next key as curses gives it, from a window in no-delay mode; ERR when none came within `limit` milliseconds (-1:
+// without limit) or reading failed.
+int read_key(WINDOW *win, int limit) {
+  for (bool arrived = false;;) {
+    errno = 0;
+    const int key = wgetch(win);
+    if (key != ERR) return key;
+    if (arrived) {
+      // an orphan in the background is refused the terminal with EIO
+      if (errno == EIO || input_has_ended() != 0) leave_lost_terminal();
+      return ERR;
+    }
+    const Arrival arrival = wait_for_input(limit);
+    const TerminalSize size = take_new_size();
+    if (size.rows > 0) adopt_terminal_size(size.rows, size.columns);
+    if (arrival == Arrival::nothing) return ERR;
+    arrived = arrival == Arrival::input;
+  }
+}
+
+// Reads the rest of the character that begins with the byte `first`; its first byte as texts have it.
+int read_character(WINDOW *win, int first) {
+  std::string typed(1, static_cast<char>(first));
+  TypedCharacter character = typed_character(typed);
+  while (character.bytes == 0) {
+    const int next = read_key(win, kSameCharacter);
+    if (!is_high_byte(next)) {
+      if (next != ERR) ungetch(next);
+      return kKeyUnfit;
+    }
+    typed += static_cast<char>(next);
+    character = typed_character(typed);
+  }
+  if (character.bytes < typed.size()) ungetch(static_cast<unsigned char>(typed.back()));  // it may begin another one
+  if (character.text.empty()) return kKeyUnfit;
+  rest_of_character = character.text.substr(1);
+  return static_cast<unsigned char>(character.text.front());
+}
+
+// A key in the encoding of texts, from a window in no-delay mode; ERR as read_key.
+int read_text_key(WINDOW *win, int limit) {
+  if (!rest_of_character.empty()) {
+    const int key = static_cast<unsigned char>(rest_of_character.front());
+    rest_of_character.erase(0, 1);
+    return key;
+  }
+  const int key = read_key(win, limit);
+  if (key == kDelete) return kKeyBackspace;
+  return is_high_byte(key) && present_charset() == Charset::euc_jp ? read_character(win, key) : key;
+}
+
+// --- editing one line
+
+// A line that is edited; its attribute is the window's.
+struct LineInput {
+  WINDOW *win;
+  int row;
+  int col;
+  int length;
+  std::string text;
+  int position;  // of the cursor
+};
+
+LineInput line_input(WINDOW *win, int row, int col, int length, const char *text) {
+  return {win, row, col, length, text, std::min(lenstr(text), length)};
+}
+
+void move_to_position(const LineInput &line) { wc_set_pos(line.win, line.row, line.col + line.position); }
+
+// The whole line is drawn anew: what a byte shows as depends on the one beside it.
+void draw_line(const LineInput &line) {
+  wc_set_pos(line.win, line.row, line.col);
+  wputs(line.win, line.text);
+}
+
+void erase_before(LineInput &line) {
+  line.position = std::max(line.position - 1, 0);
+  line.text.resize(static_cast<size_t>(line.position));
+  draw_line(line);
+  wputch(line.win, ' ');
+  move_to_position(line);
+}
+
+void enter_at(LineInput &line, int key) {
+  if (line.position >= std::min(line.length, kLineBuffer - 1)) return;
+  line.text.resize(static_cast<size_t>(line.position));
+  line.text += static_cast<char>(key);
+  ++line.position;
+  draw_line(line);
+}
+
+// False for a key that does not edit.
+bool edit_line(LineInput &line, int key) {
+  if (key == kControlH || key == kKeyBackspace) {
+    erase_before(line);
+  } else if ((key >= ' ' && key <= '~') || is_high_byte(key)) {
+    enter_at(line, key);
+  } else if (key == kKeyUnfit) {
+    beep();
+  } else {
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+int winkey(WINDOW *win) {
+  if (win == nullptr) return 0;
+  const bool waits = !is_nodelay(win);
+  nodelay(win, TRUE);
+  const int key = read_text_key(win, waits ? -1 : 0);
+  nodelay(win, waits ? FALSE : TRUE);
+  return key == ERR ? 0 : key;
+}
+
+int inkey() { return winkey(stdscr); }
+
+int inkeye(int32_t attr) {
+  int row = 0;
+  int col = 0;
+  c_get_pos(&row, &col);
+  const int key = inkey();
+  putcharv(key, attr, row, col);
+  return key;
+}
+
+int inkeyx() {
+  nocbreak();
+  nodelay(stdscr, TRUE);
+  const int key = wgetch(stdscr);
+  cbreak();
+  return key;
+}
+
+int inkeysys(int *scan) {
+  nodelay(stdscr, FALSE);
+  const int key = inkey();
+  if (scan != nullptr) *scan = key >> 8 & 0xFF;
+  return key & 0xFF;
+}
+
+int kbhit() {
+  noecho();
+  cbreak();
+  nodelay(stdscr, TRUE);
+  if (!rest_of_character.empty()) return 1;
+  const int key = read_key(stdscr, 0);
+  if (key == ERR) return 0;
+  ungetch(key);
+  return 1;
+}
+
+int time_wait(int n) {
+  const clock_t end = std::clock() + static_cast<clock_t>(n) * CLOCKS_PER_SEC;
+  while (std::clock() < end) {
+  }
+  return 0;
+}
+
+void drop_typed_keys() {
+  rest_of_character.clear();
+  flushinp();
+}
+
+// kept: only Return and Escape end it, and it blanks one cell more than the field has
+int finputs(int row, int col, int length, int32_t attr, char *buf) {
+  LineInput line = line_input(stdscr, row, col, length, buf);
+  ffill_area(row, col, row, col + length, ' ', attr);
+  wprintv_cut(stdscr, line.text, attr, row, col, length);
+  setattr(attr);
+  move_to_position(line);
+  int key = 0;
+  while (key != kKeyReturn && key != kKeyEscape) {
+    key = inkey();
+    edit_line(line, key);
+  }
+  cpynstr(buf, line.text, kLineBuffer);
+  return key;
+}
+
+int wfinputs(WINDOW *win, int row, int col, int length, int32_t attr, char *buf) {
+  LineInput line = line_input(win, row, col, length, buf);
+  wffill_area(win, row, col, 1, length, ' ', attr);
+  wprintv(win, line.text, attr, row, col);
+  move_to_position(line);
+  nodelay(win, FALSE);
+  int key = 0;
+  do {
+    wrefresh(win);
+    key = winkey(win);
+  } while (edit_line(line, key));
+  cpynstr(buf, line.text, kLineBuffer);
+  nodelay(win, TRUE);
+  return key;
+}

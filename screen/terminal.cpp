@@ -1,0 +1,143 @@
+#include "screen/terminal.h"
+
+#include "screen/scrio.h"
+
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <term.h>  // behind all headers of ours: its macros bear everyday names
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <iterator>
+
+void (*before_leaving)() = nullptr;
+
+namespace {
+
+constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL};
+
+// What the handlers know of the terminal. Written while the screen is set up, by the handlers themselves the flags.
+termios line_settings;
+int settings_from = -1;  // the descriptor that line_settings came from
+char leaving_text[256];
+size_t leaving_length = 0;
+volatile sig_atomic_t must_give_back = 0;
+volatile sig_atomic_t size_changed = 0;
+
+std::terminate_handler former_terminate = nullptr;
+
+int append_leaving_byte(int byte) {
+  if (leaving_length < std::size(leaving_text)) leaving_text[leaving_length++] = static_cast<char>(byte);
+  return byte;
+}
+
+void append_leaving(const char *capability) {
+  if (capability != nullptr) tputs(capability, 1, append_leaving_byte);
+}
+
+// As endwin would do it, but in nothing that a signal handler must not do.
+void give_back_at_once() {
+  if (before_leaving != nullptr) before_leaving();
+  if (must_give_back == 0 || isendwin()) return;  // stopped in the background: it was given back then
+  must_give_back = 0;
+  [[maybe_unused]] const ssize_t written = write(STDOUT_FILENO, leaving_text, leaving_length);
+  if (settings_from >= 0) tcsetattr(settings_from, TCSANOW, &line_settings);
+}
+
+bool is_hung_up() {
+  pollfd input = {STDIN_FILENO, POLLIN, 0};
+  return poll(&input, 1, 0) > 0 && (input.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
+}
+
+// The handler is gone by now (SA_RESETHAND): the signal, sent anew, ends the program when this returns.
+void end_by_signal(int number) {
+  give_back_at_once();
+  if (number == SIGHUP && is_hung_up()) _exit(EXIT_FAILURE);  // as when the end of the input is met first
+  raise(number);
+}
+
+void note_size_change(int) { size_changed = 1; }
+
+[[noreturn]] void end_by_exception() {
+  give_back_at_once();  // before the message, which the screen would hide
+  former_terminate();
+  std::abort();
+}
+
+void take_signal(int number, void (*handler)(int), int flags) {
+  struct sigaction present = {};
+  sigaction(number, nullptr, &present);
+  if (present.sa_handler != SIG_DFL) return;
+  struct sigaction action = {};
+  action.sa_handler = handler;
+  action.sa_flags = flags;
+  sigfillset(&action.sa_mask);
+  sigaction(number, &action, nullptr);
+}
+
+// The signal of a new size comes through only while a key is waited for: nothing else is ever interrupted by it.
+void set_size_signal(int how) {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGWINCH);
+  sigprocmask(how, &signals, nullptr);
+}
+
+void remember_line_settings() {
+  for (const int descriptor : {STDOUT_FILENO, STDIN_FILENO}) {
+    if (tcgetattr(descriptor, &line_settings) != 0) continue;
+    settings_from = descriptor;
+    return;
+  }
+}
+
+}  // namespace
+
+void watch_terminal() {
+  remember_line_settings();
+  set_size_signal(SIG_BLOCK);
+  take_signal(SIGWINCH, note_size_change, 0);
+  for (const int number : kEndingSignals) take_signal(number, end_by_signal, static_cast<int>(SA_RESETHAND));
+  if (former_terminate == nullptr) former_terminate = std::set_terminate(end_by_exception);
+}
+
+void prepare_giving_back() {
+  must_give_back = 0;
+  leaving_length = 0;
+  const char *to_last_row = cursor_address == nullptr ? nullptr : tparm(cursor_address, LINES - 1, 0);
+  const char *const capabilities[] = {exit_alt_charset_mode, exit_attribute_mode, orig_pair,    to_last_row,
+                                      exit_ca_mode,          keypad_local,        cursor_normal};
+  for (const char *capability : capabilities) append_leaving(capability);
+  must_give_back = 1;
+}
+
+void forget_giving_back() { must_give_back = 0; }
+
+Arrival wait_for_input(int limit) {
+  sigset_t signals;
+  sigprocmask(SIG_SETMASK, nullptr, &signals);
+  sigdelset(&signals, SIGWINCH);
+  const timespec time = {limit / 1000, limit % 1000 * 1000000L};
+  pollfd input = {STDIN_FILENO, POLLIN, 0};
+  const int ready = ppoll(&input, 1, limit < 0 ? nullptr : &time, &signals);
+  if (ready == 0) return Arrival::nothing;
+  return ready < 0 && errno == EINTR ? Arrival::signal : Arrival::input;
+}
+
+int input_has_ended() {
+  if (is_hung_up()) return 1;
+  int unread = 0;
+  return !isatty(STDIN_FILENO) && (ioctl(STDIN_FILENO, FIONREAD, &unread) != 0 || unread == 0);
+}
+
+TerminalSize take_new_size() {
+  if (size_changed == 0) return {0, 0};
+  size_changed = 0;
+  winsize size = {};
+  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) return {0, 0};
+  return {size.ws_row, size.ws_col};
+}

@@ -1,0 +1,28 @@
+// The terminal behind the screen: its signals, its input, and giving it back when the program is stopped. For scrio
+// only.
+#pragma once
+
+// Remembers the line settings and takes the signals that end the program and the one that tells of a new size; those
+// that are ignored, or taken already, stay as they are. Before curses starts, which then leaves them alone.
+void watch_terminal();
+// Makes ready what a signal handler writes to give the terminal back. Once curses runs, and after a change of size.
+void prepare_giving_back();
+// The terminal has been given back in an orderly way: nothing is left to do for a signal.
+void forget_giving_back();
+
+enum class Arrival {
+  input,    // or the end of it: reading will not wait
+  nothing,  // the time is over
+  signal,
+};
+// Waits for input, `limit` milliseconds at most (-1: without limit).
+Arrival wait_for_input(int limit);
+// 1 when no input can ever come: the terminal is hung up, or what stands in for it is at its end.
+int input_has_ended();
+
+struct TerminalSize {
+  int rows;  // 0 when it did not change, or can't be told
+  int columns;
+};
+// The terminal's size, if it changed since the last call.
+TerminalSize take_new_size();

@@ -1,0 +1,251 @@
+#include "screen/scrio.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstring>
+#include <string>
+
+#include "screen/charset.h"
+#include "tests/curses_screen.h"
+#include "util/text.h"
+
+namespace {
+
+struct Utf8Locale {
+  Utf8Locale() { std::setlocale(LC_ALL, "C.UTF-8"); }
+  ~Utf8Locale() { std::setlocale(LC_ALL, "C"); }
+};
+
+// --- charsets
+
+TEST(Charset, ByLanguageAndLocale) {
+  EXPECT_EQ(text_charset(0, 1, false), Charset::bytes);
+  EXPECT_EQ(text_charset(0, 6, true), Charset::locale);
+  EXPECT_EQ(text_charset(1, 6, true), Charset::euc_jp);
+  EXPECT_EQ(text_charset(1, 2, false), Charset::locale);
+  EXPECT_EQ(text_charset(1, 1, false), Charset::bytes);
+}
+
+TEST(Charset, EveryByteFillsOneColumn) {
+  const Utf8Locale locale;
+  constexpr size_t kAll = std::string_view::npos;
+  const struct {
+    Charset charset;
+    const char *text;
+    size_t columns;
+    const wchar_t *cells;
+  } cases[] = {
+      {Charset::euc_jp, "a\xC0\xDF\xC4\xEA z", kAll, L"a設定 z"},
+      {Charset::euc_jp, "\x8E\xB1\x8F\xB0\xA1!", kAll, L"ｱ 丂 !"},  // half-width kana, three bytes
+      {Charset::euc_jp, "\xA1\xFBx", kAll, L"○ x"},                 // one column on this terminal
+      {Charset::euc_jp, "\xC0 \xDF", kAll, L"? ?"},                 // halves
+      {Charset::euc_jp, "\xC0", kAll, L"?"},
+      {Charset::euc_jp, "\xA9\xA1\xA4\xA2", kAll, L"??あ"},  // not assigned
+      {Charset::euc_jp, "\x1B[m\x7F\t\n\x9B", kAll, L"?[m????"},
+      {Charset::euc_jp, "a\xC0\xDF\xC4\xEA", 4, L"a設 "},
+      {Charset::locale, "\xC3\xA4|\xE6\xBC\xA2|\xF0\x9F\x98\x80", kAll, L"ä |漢 |😀  "},
+      {Charset::locale, "\xC3|\xC0\xDF|\xC2\x9B", kAll, L"?|??|??"},  // a control character of two bytes
+      {Charset::locale, "e\xCC\x81|\xE2\x80\x8B", kAll, L"e??|???"},  // no column of their own
+      {Charset::bytes, "a\xA4\xFF\x80\x9F\x1F", kAll, L"a\u00A4\u00FF???"},
+  };
+  for (const auto &c : cases) EXPECT_EQ(text_to_cells(c.text, c.charset, c.columns), c.cells) << c.text;
+  EXPECT_EQ(text_to_cells({"a\0b", 3}, Charset::euc_jp), L"a?b");
+}
+
+TEST(Charset, TypedCharactersBecomeTwoBytesOrNothing) {
+  const Utf8Locale locale;
+  const struct {
+    const char *typed;
+    size_t bytes;
+    const char *text;
+  } cases[] = {
+      {"\xE8\xA8\xAD", 3, "\xC0\xDF"},
+      {"\xE8\xA8", 0, ""},
+      {"\xEF\xBD\xB1", 3, ""},      // half-width kana
+      {"\xE4\xB8\x82", 3, ""},      // three bytes in EUC-JP
+      {"\xF0\x9F\x98\x80", 4, ""},  // not Japanese
+      {"\xA8", 1, ""},
+      {"\xE8\xE8", 1, ""},
+  };
+  for (const auto &c : cases) {
+    const TypedCharacter character = typed_character(c.typed);
+    EXPECT_EQ(character.bytes, c.bytes) << c.typed;
+    EXPECT_EQ(character.text, c.text) << c.typed;
+  }
+}
+
+TEST(Charset, TextsOutsideCursesAreConverted) {
+  const Utf8Locale locale;
+  EXPECT_EQ(text_to_terminal("\xC0\xDF:\n\xC4", Charset::euc_jp), "設:\n?");
+  EXPECT_EQ(text_to_terminal("\xC0\xDF", Charset::bytes), "\xC0\xDF");
+}
+
+// --- windows
+
+TEST(Windows, MoveUntilTheyFit) {
+  const CursesScreen screen;
+  const struct {
+    int rows, columns, row, column;
+    int expected_rows, expected_columns, expected_row, expected_column;
+  } cases[] = {
+      {24, 80, 0, 0, 24, 80, 0, 0}, {5, 10, 19, 70, 5, 10, 19, 70}, {5, 10, 20, 71, 5, 10, 19, 70},
+      {30, 90, 3, 3, 24, 80, 0, 0}, {2, 2, -4, -4, 2, 2, 0, 0},
+  };
+  for (const auto &c : cases) {
+    const Window win = open_window(c.rows, c.columns, c.row, c.column);
+    EXPECT_EQ(getmaxy(win.get()), c.expected_rows);
+    EXPECT_EQ(getmaxx(win.get()), c.expected_columns);
+    EXPECT_EQ(getbegy(win.get()), c.expected_row);
+    EXPECT_EQ(getbegx(win.get()), c.expected_column);
+  }
+}
+
+TEST(Windows, ASizeOfTheTerminalChangesNone) {
+  const CursesScreen screen;
+  const Window main = open_window(24, 80, 0, 0);
+  const Window box = open_window(4, 71, 20, 9);
+  wprintv(main.get(), "corner", kAttrNormal, 23, 74);
+  adopt_terminal_size(50, 132);
+  adopt_terminal_size(24, 80);
+  adopt_terminal_size(10, 40);
+  EXPECT_EQ(LINES, 24);
+  EXPECT_EQ(row_of(main.get(), 23, 74), "corner");
+  EXPECT_EQ(getmaxy(box.get()) * 100 + getbegy(box.get()), 420);
+  EXPECT_EQ(getmaxx(box.get()) * 100 + getbegx(box.get()), 7109);
+}
+
+// --- attributes
+
+TEST(Attributes, ReverseBecomesTheInversePairWhereThereAreColours) {
+  EXPECT_EQ(colour_word(kAttrBackground), 0x1400);
+  EXPECT_EQ(colour_word(kAttrHighlight), kAttrHighlight);
+  const struct {
+    const char *term;
+    attr_t attribute;
+  } cases[] = {{"xterm-256color", 0x1400}, {"vt100", 0x40400}};
+  for (const auto &c : cases) {
+    const CursesScreen screen(c.term);
+    const Window win = open_window(2, 2, 0, 0);
+    wsetattr(win.get(), kAttrBackground | '#');
+    EXPECT_EQ(static_cast<attr_t>(getattrs(win.get())), c.attribute) << c.term;
+    setattr(kAttrBackground);
+    EXPECT_EQ(getattrs(stdscr), kAttrBackground);
+  }
+}
+
+// --- drawing
+
+TEST(Drawing, NothingOutsideTheWindowAndNothingWraps) {
+  const CursesScreen screen;
+  const Window win = open_window(3, 8, 0, 0);
+  wprintv(win.get(), "12345678", kAttrNormal, 0, 4);
+  wprintv_cut(win.get(), "12345678", kAttrNormal, 1, 1, 3);
+  for (const auto &[row, col] : {std::pair(3, 0), std::pair(0, 8), std::pair(-1, 0)}) {
+    wprintv(win.get(), "x", kAttrNormal, row, col);
+    wputcharv(win.get(), 'x', kAttrNormal, row, col);
+  }
+  wfdisp_printf(win.get(), 2, 0, kAttrNormal, "%s\n%d", "\033", 7);
+  EXPECT_EQ(row_of(win.get(), 0), "    1234");
+  EXPECT_EQ(row_of(win.get(), 1), " 123    ");
+  EXPECT_EQ(row_of(win.get(), 2), "??7     ");
+}
+
+TEST(Drawing, ClearingLeavesColumn79) {
+  const CursesScreen screen;
+  ffill_area(0, 0, 23, 79, 'x', kAttrNormal);
+  cls();
+  EXPECT_EQ(row_of(stdscr, 0), std::string(79, ' ') + "x");
+  EXPECT_EQ(row_of(stdscr, 23), std::string(79, ' ') + "x");
+}
+
+TEST(Drawing, LengthOfAScreenLineIsItsEndCoordinate) {
+  const CursesScreen screen;
+  fdraw_line(1, 20, 1, 10, '-', 0);
+  fdraw_line(5, 2, 3, 2, '!', 0);
+  EXPECT_EQ(row_of(stdscr, 1, 9, 22), " " + std::string(20, '-') + " ");
+  for (int row = 2; row < 9; ++row) EXPECT_EQ(row_of(stdscr, row, 2, 1), row >= 3 && row < 8 ? "!" : " ") << row;
+}
+
+TEST(Drawing, FramesOfEitherStyle) {
+  const CursesScreen screen;
+  chtype pieces[8];
+  get_frame_pieces(pieces, 4);
+  for (const chtype piece : pieces) EXPECT_EQ(piece, static_cast<chtype>(' '));
+  const Window win = open_window(4, 6, 0, 0);
+  const chtype corners[4] = {ACS_ULCORNER, ACS_URCORNER, ACS_LRCORNER, ACS_LLCORNER};
+  for (const int style : {0, 1, 5}) {
+    wfdraw_box(win.get(), 0, 0, 4, 6, 0, style, 0, '.');
+    const chtype drawn[4] = {mvwinch(win.get(), 0, 0), mvwinch(win.get(), 0, 5), mvwinch(win.get(), 3, 5),
+                             mvwinch(win.get(), 3, 0)};
+    EXPECT_EQ(std::memcmp(drawn, corners, sizeof drawn), 0) << style;
+    EXPECT_EQ(row_of(win.get(), 1, 1, 4), "....");
+  }
+  wfdraw_frame(win.get(), 0, 1);
+  EXPECT_EQ(mvwinch(win.get(), 3, 5), ACS_LRCORNER);
+  EXPECT_EQ(mvwinch(win.get(), 1, 0), ACS_VLINE);
+}
+
+// --- keys and lines
+
+TEST(Keys, AsTheyAreHandedOut) {
+  const CursesScreen screen;
+  initscrio();
+  type_ahead({127, 'a', KEY_UP, 0x103});
+  for (const int key : {kKeyBackspace, int{'a'}, kKeyUp}) EXPECT_EQ(inkey(), key);
+  int scan = -1;
+  EXPECT_EQ(inkeysys(&scan), 3);
+  EXPECT_EQ(scan, 1);
+  type_ahead({'k'});
+  EXPECT_EQ(kbhit(), 1);
+  EXPECT_EQ(inkeye(0), 'k');
+  EXPECT_EQ(row_of(stdscr, 0, 0, 1), "k");
+}
+
+struct LineCase {
+  const char *before;
+  std::initializer_list<int> keys;
+  int key;
+  const char *after;
+  const char *shown;
+};
+
+TEST(LineInput, WindowFormEndsOnEveryKeyThatDoesNotEdit) {
+  const CursesScreen screen;
+  const LineCase cases[] = {
+      {"ab", {'c', kKeyUp}, kKeyUp, "abc", "abc   "},
+      {"ab", {8, 8, 8, 'x', 10}, 10, "x", "x     "},
+      {"too long", {'x', kKeyEscape}, kKeyEscape, "too long", "too long"},
+      {"too long", {8, 'x', 'y', kKeyEnter}, kKeyEnter, "too x", "too x"},
+      {"", {127, '?', kKeyTab}, kKeyTab, "?", "?     "},
+  };
+  for (const LineCase &c : cases) {
+    const Window win = open_window(3, 20, 0, 0);
+    char text[280] = "";
+    cpynstr(text, c.before);
+    type_ahead(c.keys);
+    EXPECT_EQ(wfinputs(win.get(), 1, 2, 5, kAttrNormal, text), c.key) << c.before;
+    EXPECT_STREQ(text, c.after);
+    EXPECT_EQ(row_of(win.get(), 1, 2, static_cast<int>(std::strlen(c.shown))), c.shown);
+    EXPECT_TRUE(is_nodelay(win.get()));
+  }
+}
+
+TEST(LineInput, ScreenFormEndsOnReturnAndEscapeOnly) {
+  const CursesScreen screen;
+  const LineCase cases[] = {
+      {"ab", {kKeyUp, 'c', 10, kKeyReturn}, kKeyReturn, "abc", "abc   #"},
+      {"too long", {'x', 8, kKeyEscape}, kKeyEscape, "too ", "too   #"},
+  };
+  for (const LineCase &c : cases) {
+    ffill_area(1, 0, 1, 20, '#', kAttrNormal);
+    char text[280] = "";
+    cpynstr(text, c.before);
+    type_ahead(c.keys);
+    EXPECT_EQ(finputs(1, 2, 5, kAttrNormal, text), c.key) << c.before;
+    EXPECT_STREQ(text, c.after);
+    EXPECT_EQ(row_of(stdscr, 1, 2, 7), c.shown);
+  }
+}
+
+}  // namespace
