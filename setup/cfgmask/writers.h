@@ -1,0 +1,12 @@
+// The settings records back into the configuration file: only the named keys change. Each writer is a complete
+// read-modify-write of `file` and returns 1, or 0 when a key was not stored. A number outside its range is left out:
+// the file keeps its earlier value, and that is no failure.
+#pragma once
+
+int save_std_cfg(const char *file);
+int save_custom_cfg(const char *file);
+int save_path_cfg(const char *file);
+int save_special_cfg(const char *file);  // the extra jobs; no session calls it
+
+// What the file can't give back of a mask's values, as a text for the person; null: nothing.
+const char *settings_notice(int mask);

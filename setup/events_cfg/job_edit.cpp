@@ -1,0 +1,285 @@
+#include "setup/events_cfg/job_edit.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "corbix/xconfig.h"
+#include "screen/maskloop.h"
+#include "screen/menu.h"
+#include "setup/cfgmask/checks.h"
+#include "setup/cfgmask/masks.h"
+#include "setup/cfgmask/texts.h"
+#include "setup/events_cfg/email_job.h"
+#include "setup/events_cfg/event_table.h"
+#include "setup/events_cfg/job_language.h"
+#include "setup/section.h"
+#include "util/numbers.h"
+#include "util/text.h"
+
+namespace {
+
+constexpr int32_t kLongestDelay = 9999999;  // s, what the field can hold
+constexpr int32_t kMonitorDelay = 5940;     // s, the longest delay that the monitor takes
+constexpr int32_t kLastPort = 65535;
+
+// The job in the mask, for the mask's procedures; written by edit_function_values.
+struct EditedJob {
+  const JobRec *job;
+  int event;
+};
+EditedJob edited;
+
+int label_field(int function) { return job_mask(function).count - 2; }
+int number_field(int function) { return job_mask(function).count - 1; }
+
+RecordField mask_field(int function, int field) {
+  const JobMask &mask = job_mask(function);
+  return {mask.record, mask.fields, field};
+}
+
+void put_mask_text(int function, int field, const char *text) {
+  const RecordField place = mask_field(function, field);
+  put_field(place.record, place.table, field, text);
+}
+
+bool is_attach_field(int function, int field) { return function == kEmailFunction && field >= 2 && field <= 5; }
+bool is_level_field(int function, int field) { return function == kSyslogFunction && field == 0; }
+bool is_event_id_field(int function, int field) { return function == kSyslogFunction && field == 1; }
+
+// --- frame
+
+void draw_hint(WINDOW *win, int32_t attr, const FieldDescriptor &field) {
+  const FrameLabel hint = {field.row, field.col + field.length + 2, list_hint_label};
+  draw_frame_label(win, attr, hint);
+}
+
+bool has_list(int field) {
+  const int function = edited.job->function;
+  if (field == label_field(function)) return !is_shutdown_with_sched(edited.event);
+  return is_attach_field(function, field) || is_level_field(function, field);
+}
+
+void draw_func_frame(WINDOW *win, int32_t attr) {
+  const JobRec &job = *edited.job;
+  const JobMask &mask = job_mask(job.function);
+  const FieldDescriptor &label = mask.fields[label_field(job.function)];
+  const FieldDescriptor &number = mask.fields[number_field(job.function)];
+  const char *const title[2] = {job.title, job.title};
+  const FrameLabel labels[] = {
+      {1, kCentred, title},
+      {3, 2, funcframe_label01},
+      {label.row - 1, 2, funcframe_label03},
+      {number.row, number.col + number.length + 2,
+       is_shutdown_with_sched(edited.event) ? funcframe_label05 : funcframe_label04},
+  };
+  draw_mask_frame(win, attr, labels);
+  for (int field = 0; field < mask.count; field++) {
+    if (has_list(field)) draw_hint(win, attr, mask.fields[field]);
+    if (field < job.param_count && !is_skip_field(mask.fields[field].type))
+      wprintv_cut(win, job.params[field].desc.name, attr, mask.fields[field].row, 2, mask.fields[field].col - 3);
+  }
+}
+
+// --- help, checks, lists
+
+void show_event_hlp_txt(WINDOW *win, int function, int field) {
+  const bool scheduled = is_shutdown_with_sched(edited.event);
+  if (field == label_field(function)) {
+    const char *text = scheduled ? scheduler_timing_help_label[language] : timing_help_label[language];
+    draw_hlp_screen(win, text, timer_help_title[language], kAttrHelp);
+  } else if (field == number_field(function)) {
+    const char *text = scheduled ? scheduler_time_help_label[language] : repeat_time_help_label[language];
+    draw_hlp_screen(win, text, timer_help_title[language], kAttrHelp);
+  } else {
+    const ParamDesc &parameter = edited.job->params[field].desc;
+    const std::string text = std::string(parameter.help) + "|" + parameter.example;
+    draw_hlp_screen(win, text.c_str(), parameter_help_title[language], kAttrHelp);
+  }
+}
+
+int check_field(int field, int function) { return func_value_check(function, field); }
+
+// A timing brings a fresh number along; those without one close its field.
+void fill_rep_time(WINDOW *win, int timing) {
+  enum { kOnce, kAlways, kPeriodic };
+  const int function = edited.job->function;
+  const bool numberless = timing == kOnce || timing == kAlways;
+  // kept: the blank behind the periodic one's number stands in the field until it is edited
+  const char *number = numberless ? "0" : timing == kPeriodic ? "60 " : "60";
+  job_mask(function).fields[number_field(function)].type = numberless ? kFieldReadOnly : kFieldDigits;
+  put_mask_text(function, label_field(function), funcframe_label02[timing][language]);
+  put_mask_text(function, number_field(function), number);
+  const JobMask &mask = job_mask(function);
+  show_field(win, mask.record, mask.fields, label_field(function), attr_dkl);
+  show_field(win, mask.record, mask.fields, number_field(function), attr_dkl);
+}
+
+// A list of labels as wide as its title plus one; the index of the choice, -1 when it was left.
+template <size_t N>
+int choose_label(WINDOW *win, int row, const char *title, const Label (&labels)[N]) {
+  std::string items;
+  for (const Label &label : labels) items += (items.empty() ? "" : "|") + std::string(label[language]);
+  return std::max(0, DoMenu(win, row, 2, lenstr(title) + 1, attr_dkl, kAttrHighlight, title, items.c_str(), "|", 1)) -
+         1;
+}
+
+void pick_timing(WINDOW *win) {
+  const int timing = choose_label(win, 10, funcframe_label03[language], funcframe_label02);
+  if (timing >= 0) fill_rep_time(win, timing);
+}
+
+void syslog_level_box(WINDOW *win) {
+  const int level = choose_label(win, 7, syslog_list_title[language], funcframe_label07);
+  if (level < 0) return;
+  char name[12];
+  cpynstr(name, funcframe_label07[level][language]);
+  put_mask_text(kSyslogFunction, 0, name);
+  show_field(win, &Func8Rec, Function8TabArr, 0, attr_dkl);
+}
+
+void ask_attachment(WINDOW *win, int field) {
+  const int col = language == 1 ? 46 : 45;
+  fill_attach_rec(win, yes_no_menu(win, 10, col, attach_questions[field - 2][language]), field);
+}
+
+void pick(WINDOW *win, int field) {
+  const int function = edited.job->function;
+  if (field == label_field(function)) {
+    pick_timing(win);
+  } else if (is_level_field(function, field)) {
+    syslog_level_box(win);
+  } else {
+    ask_attachment(win, field);
+  }
+}
+
+// --- values
+
+int check_delay(const char *text) {
+  if (std::strcmp(text, "default") == 0) return 1;
+  if (std::strspn(text, "0123456789 ") != std::strlen(text)) return 0;
+  const int32_t delay = to_int32(text);
+  if (delay > kLongestDelay) return 0;
+  if (delay > kMonitorDelay) put_mask_text(kShutdownFunction, 0, std::to_string(kMonitorDelay).c_str());
+  return 1;
+}
+
+int check_port(const char *text) {
+  const int32_t port = to_int32(text);
+  return *text == '\0' || (port >= 1 && port <= kLastPort);
+}
+
+// The fields that must hold something, behind the first one.
+bool may_not_be_empty(int function, int field) {
+  return field == 0 || (function == kMessageIdFunction && field == 1) || (function == kSyslogFunction && field == 2);
+}
+
+std::string mask_text(int function, int field) {
+  char text[256];
+  return stripstr(text_in(mask_field(function, field), text));
+}
+
+// The event's list as it will be with the edited job in it.
+std::string list_with(const std::string &edited_job) {
+  std::vector<std::string> jobs = split_joblist(CStrArr_GetStr(&EventStrings, edited.event));
+  size_t place = 0;
+  while (place < jobs.size() && ActEvent[place].get() != edited.job) place++;
+  jobs.resize(std::max(jobs.size(), place + 1));
+  jobs[place] = edited_job.substr(0, edited_job.find(';'));
+  put_shutdown_last(jobs);
+  return join_joblist(jobs);
+}
+
+// The file holds the whole list as one value.
+const char *job_notice(int) {
+  const auto job = std::make_unique<JobRec>(*edited.job);
+  std::string text;
+  if (!save_function_values(*job, edited.event) || !build_func_string(*job, text)) return nullptr;
+  const std::string key = "Event" + std::to_string(edited.event);
+  return fault_notice(XSurvives(kTmpTopic, key, list_with(text)));
+}
+
+Mask make_mask(int function) {
+  const JobMask &mask = job_mask(function);
+  return {.rows = 17,
+          .columns = 76,
+          .row = 6,
+          .column = 2,
+          .record = mask.record,
+          .fields = mask.fields,
+          .count = mask.count,
+          .rules = kFinishKeys | kPickStays | kCheckEveryKey | kRefuseAtEnd,
+          .number = function,
+          .show_help = show_event_hlp_txt,
+          .check = check_field,
+          .show_error = show_event_value_error,
+          .draw_frame = draw_func_frame,
+          .has_list = has_list,
+          .pick = pick,
+          .may_leave = nullptr,
+          .prepare = nullptr,
+          .notice = job_notice};
+}
+
+}  // namespace
+
+int edit_function_values(WINDOW *, int32_t attr, JobRec &job, int event) {
+  edited = {&job, event};
+  load_function_values(job, event);
+  return run_mask(make_mask(job.function), attr) && save_function_values(job, event);
+}
+
+int func_value_check(int function, int field) {
+  const std::string text = mask_text(function, field);
+  if (may_not_be_empty(function, field) && text.empty()) return 0;
+  if (function == kShutdownFunction && field == 0) return check_delay(text.c_str());
+  if (function == kNimbroFunction && field == 1) return check_port(text.c_str());
+  return 1;
+}
+
+void show_event_value_error(WINDOW *win, int field, int function) {
+  char text[256];
+  cpynstr(text, empty_field_label[language]);
+  const bool delay = function == kShutdownFunction && field == 0;
+  const bool port = function == kNimbroFunction && field == 1;
+  if ((delay || port) && !mask_text(function, field).empty()) {
+    std::snprintf(text, sizeof text, value_error_label[language], delay ? 0L : 1L,
+                  static_cast<long>(delay ? kLongestDelay : kLastPort));
+  }
+  draw_hlp_screen_at(win, 9, text, value_error_title[language], kAttrHelp);
+}
+
+void load_function_values(const JobRec &job, int event) {
+  const JobMask &mask = job_mask(job.function);
+  std::memset(mask.record, 0, mask.record_size);
+  if (job.function == kEmailFunction) {
+    parseEmailFuncStr(job, event);
+    return;
+  }
+  for (int field = 0; field < job.param_count; field++) put_mask_text(job.function, field, job.params[field].value);
+  std::memcpy(Func8Rec.event_id, " 100", sizeof Func8Rec.event_id);
+  char label[kTimingLabelSize], number[kTimingNumberSize];
+  int state = kFieldReadOnly;
+  get_repeat_value(job.timing, label, number, &state, event);
+  put_mask_text(job.function, label_field(job.function), label);
+  put_mask_text(job.function, number_field(job.function), number);
+  mask.fields[number_field(job.function)].type = static_cast<uint8_t>(state);
+}
+
+int save_function_values(JobRec &job, int event) {
+  const int function = job.function;
+  for (int field = 0; field < job.param_count; field++) {
+    if (may_not_be_empty(function, field) && !func_value_check(function, field)) return 0;
+  }
+  char label[256];
+  text_in(mask_field(function, label_field(function)), label);
+  const std::string number = mask_text(function, number_field(function));
+  if (!set_repeat_value(job.timing, label, number.c_str(), event)) return 0;
+  for (int field = 0; field < job.param_count; field++) {
+    const std::string value = is_event_id_field(function, field) ? "100" : mask_text(function, field);
+    cpynstr(job.params[field].value, value);
+  }
+  return 1;
+}

@@ -1,0 +1,64 @@
+// kavsetup: the whole life of the program.
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+
+#include "screen/maskelib.h"
+#include "screen/menu.h"
+#include "setup/events_cfg/events.h"
+#include "setup/options.h"
+#include "setup/session.h"
+#include "setup/texts.h"
+#include "unixtools/portprobe.h"
+#include "upsdb/upsdb.h"
+
+namespace {
+
+void read_oem_number() {
+  if (!UpsOpenDb(upstypname)) return;  // the session tells
+  int16_t number = 0;
+  if (UpsOEMIdDb(number)) oemid = number;
+  UpsCloseDb();
+}
+
+void create_configurations(WINDOW *win) {
+  create_new_cfg = 1;
+  for (;;) {
+    const int choice = draw_main_menu(win, kAttrNormal);
+    if (choice == kChoiceExit) return;
+    if (choice == kChoiceCreate) do_config(win, kAttrNormal, kConfigurationFile, kSessionCreate);
+  }
+}
+
+// The program on its main window; false when the terminal is too small for it.
+bool run_on_screen() {
+  const Window win = open_window(kScreenRows, kScreenColumns, 0, 0);
+  if (win == nullptr || LINES < kScreenRows || COLS < kScreenColumns) return false;
+  wffill_full_area(win.get(), ' ', kAttrBackground);
+  wshow(win.get());
+  if (does_file_exist(kConfigurationFile, 1)) {
+    do_config(win.get(), kAttrNormal, kConfigurationFile, kSessionEdit);
+  } else {
+    create_configurations(win.get());
+  }
+  return true;
+}
+
+}  // namespace
+
+int main(int argc, char *argv[]) {
+  attr_dkl = kAttrNormal;
+  attr_hell = kAttrHighlight;
+  menu_help = get_menu_help;
+  before_leaving = restore_probed_port;
+  std::setlocale(LC_ALL, "");
+  std::setlocale(LC_NUMERIC, "C");  // files and fields have decimal points
+  read_options(argc - 1, argv + 1);
+  read_oem_number();
+
+  init_screen();
+  const bool ran = run_on_screen();
+  end_screen();
+  if (!ran) print_text(stderr, err_start[language]);
+  return EXIT_FAILURE;  // kept: scripts in the field expect 1 from every session
+}

@@ -1,0 +1,169 @@
+#include "setup/session.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+#include "corbix/xconfig.h"
+#include "screen/menu.h"
+#include "screen/texts.h"
+#include "setup/cfgmask/masks.h"
+#include "setup/cfgmask/settings.h"
+#include "setup/cfgmask/writers.h"
+#include "setup/events_cfg/catalogue.h"
+#include "setup/events_cfg/event_table.h"
+#include "setup/events_cfg/events.h"
+#include "setup/mail/mail.h"
+#include "setup/options.h"
+#include "setup/texts.h"
+#include "setup/upsprobe.h"
+#include "util/files.h"
+#include "util/trace.h"
+
+namespace {
+
+// A box with a file's name in it.
+void show_file_box(WINDOW *win, const char *const *label, const char *file) {
+  char text[512];
+  std::snprintf(text, sizeof text, label[language], file);
+  draw_box(win, text, "|", kAttrHighlight, kAttrHighlight, 0);
+}
+
+void show_file_missing(WINDOW *win, const char *file) {
+  wfdraw_frame_size(win, 9, 9, 3, 41, kAttrHighlight, 1);
+  wffill_area(win, 10, 10, 1, 39, ' ', kAttrHighlight);
+  char text[512];
+  std::snprintf(text, sizeof text, file_missing_label[language], file);
+  wprintv_cut(win, text, kAttrHighlight, 10, 11, 38);
+  wshow(win);
+  winkey(win);
+}
+
+// 1 when the settings are there; else the person was told why not.
+int load_existing(WINDOW *win, const char *file) {
+  if (init_config_vals(file)) return 1;
+  XCloseProfile();
+  show_file_missing(win, file);
+  return 0;
+}
+
+int prepare_new(WINDOW *win, const char *file) {
+  if (!init_new_config_vals()) {
+    show_file_box(win, file_exists_label, file);
+    return 0;
+  }
+  // kept crossed: the box of the other condition stands here, support knows it by this text
+  if (does_file_exist(file, 1)) {
+    show_file_box(win, file_open_label, file);
+    return 0;
+  }
+  ask_for_probe(win, file);
+  return 1;
+}
+
+void edit_events(WINDOW *win, const char *file, int32_t attr) {
+  if (debugLevel > kTraceDetails) myfprintf("do_config: c_event %s %d\n", get_act_ups(), isZELKGSeries());
+  edit_new_event_cfg(win, file, attr);
+}
+
+// Acts on one choice of the session menu. 1 to show the menu again, 0 when the session is over.
+int act_on(int choice, WINDOW *win, const char *file, int32_t attr) {
+  enum { kUps = 1, kSystem, kPaths, kEvents, kMail, kSpacer, kSave };
+  switch (choice) {
+    case kUps:
+      edit_std_cfg(win, file, attr);
+      return 1;
+    case kSystem:
+      edit_custom_cfg(win, file, attr);
+      return 1;
+    case kPaths:
+      edit_path_cfg(win, file, attr);
+      return 1;
+    case kEvents:
+      edit_events(win, file, attr);
+      return 1;
+    case kMail:
+      edit_mail_cfg(win, attr);
+      return 1;
+    case kSpacer:
+      return 1;
+    case kSave:
+      return !save_configuration(file);
+    default:
+      return 0;
+  }
+}
+
+void run_session(WINDOW *win, const char *file, int32_t attr) {
+  while (act_on(do_menu(win, 7, 3, getmaxx(win) - 7, attr), win, file, attr)) {
+  }
+}
+
+// The lines that a new configuration begins with.
+constexpr char kHeader[] = "#\n#  KAVLON Pro Configuration\n#\n\n";
+static_assert(sizeof kHeader - 1 == 33);
+
+struct SectionWriter {
+  const char *name;
+  int (*save)(const char *file);
+};
+constexpr SectionWriter kSections[] = {
+    {"save_std_cfg", save_std_cfg},   {"save_custom_cfg", save_custom_cfg},       {"save_path_cfg", save_path_cfg},
+    {"save_mail_cfg", save_mail_cfg}, {"save_new_event_cfg", save_new_event_cfg},
+};
+
+}  // namespace
+
+int draw_main_menu(WINDOW *parent, int32_t attr) {
+  draw_edit_background(parent, kAttrEditBackground);
+  const std::string items = std::string(first_menu_create[language]) + "|" + first_menu_exit[language];
+  return DoMenu(parent, 9, 4, 71, attr, kAttrHighlight, first_menu_title[language], items.c_str(), "|", 1);
+}
+
+int do_menu(WINDOW *parent, int row, int col, int width, int32_t attr) {
+  std::string items;
+  for (const Label &entry : session_entries) items += (items.empty() ? "" : "|") + std::string(entry[language]);
+  return DoMenu(parent, row, col, width, attr, kAttrHighlight, session_title[language], items.c_str(), "|", 1);
+}
+
+void do_config(WINDOW *parent, int32_t attr, const char *file, int mode) {
+  const Window win = open_window(getmaxy(parent), getmaxx(parent), 0, 0);
+  if (win == nullptr) return;
+  draw_edit_background(win.get(), kAttrEditBackground);
+  if (init_masklib() != 0) return;
+  if (!InitUpsTypeArray()) {
+    show_file_box(win.get(), database_error_label, upstypname);
+    return;
+  }
+  init_tab();
+  init_function_tab();
+  init_mail_tab();
+  const bool ready = (mode == kSessionEdit && load_existing(win.get(), file)) ||
+                     (mode == kSessionCreate && prepare_new(win.get(), file));
+  if (ready) run_session(win.get(), file, attr);
+}
+
+int ask_for_probe(WINDOW *parent, const char *file) {
+  const std::string items = std::string(probe_menu_automatic[language]) + "|" + probe_menu_skip[language];
+  int result = DoMenu(parent, 9, 4, 71, kAttrNormal, kAttrHighlight, background_label[language], items.c_str(), "|", 1);
+  if (result != 1) return result;
+  do {
+    result = show_probe_win(parent, file, kAttrNormal, "messages.dat");
+    if (debugLevel > kTraceDetails) myfprintf("ask_for_probe: return %d\n", result);
+  } while (result == 1);
+  return result;
+}
+
+int save_configuration(const char *file) {
+  if (!does_file_exist(file, 1) && !replace_file(file, kHeader)) return 0;
+  int result = 1;
+  for (const SectionWriter &section : kSections) {
+    const int saved = section.save(file);
+    if (saved == 0) {
+      XCloseProfile();
+      result = 0;
+    }
+    if (debugLevel > kTraceResults) myfprintf("%s() %s\n", section.name, saved > 0 ? "ok" : "failed");
+  }
+  return result;
+}

@@ -1,0 +1,273 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "corbix/xconfig.h"
+#include "setup/cfgmask/checks.h"
+#include "setup/cfgmask/masks.h"
+#include "setup/cfgmask/settings.h"
+#include "setup/cfgmask/writers.h"
+#include "setup/conversion.h"
+#include "setup/events_cfg/catalogue.h"
+#include "setup/mail/mail.h"
+#include "setup/options.h"
+#include "setup/session.h"
+#include "tests/folder.h"
+#include "util/scramble.h"
+
+namespace {
+
+// Every test in an empty directory of its own, with the settings of a new configuration.
+class Settings : public testing::Test {
+ protected:
+  Settings() {
+    create_new_cfg = 1;
+    init_tab();
+    init_mail_tab();
+    init_function_tab();
+    init_new_config_vals();
+  }
+  WorkingFolder folder;
+};
+
+std::string text_of(const RecordField &place) {
+  char text[256];
+  return text_in(place, text);
+}
+std::string ups(int field) { return text_of(field_of_mask(kMaskUps, field)); }
+std::string path(int field) { return text_of(field_of_mask(kMaskPaths, field)); }
+std::string mail(int field) { return text_of({&MailRec, MailTabArr, field}); }
+
+void put(const RecordField &place, const char *text) { put_field(place.record, place.table, place.field, text); }
+
+TEST_F(Settings, ANewFileIsWrittenByteForByteAndStaysUntouched) {
+  const std::string place = folder.path.string();
+  const std::string expected =
+      "#\n#  KAVLON Pro Configuration\n#\n\n\n"
+      "UpsLocation=Unknown\nUpsDevice=/dev/ttyS0:2400,n,8,1\nUpsID=0\nDataLoggingRate=300\nLogMaxHours=200\n"
+      "TempCaution=50.0\nTempWarning=70.0\nUpsModel=Unknown\nUpsCable=0\nUpsPower=1000\nUpsLoad=1000\nUpsHoldMins=10\n"
+      "UpsRechargeHours=10\nNetTyp=MASTER\nPASSWORD=SWNL\nNetBroadcastRate=30\nCheckRate=1\nSysDownAllowed=yes\n"
+      "SysDownMins=7\nUpsDownEnabled=yes\nUpsDownDelay=180\nUpsRestEnabled=yes\nUpTimeSupport=yes\nFixedDownTime=1\n"
+      "GarUpTime=1\nLogFileTxt=" +
+      place + "/upslog.csv\nDataLoggingName=" + place + "/upsdata.csv\nLogFileBin=" + place +
+      "/upsdata.dat\nLoggingData=1\nDataLoggingSize=1000\n"
+      "MailSubject=UPS event\nUseMailSign=no\nMailSignFile=mailsign.txt\nMailEnableFlag=no\nSmtpHost= \n"
+      "Event0=MESSAGEID(\"local\",601)O;";
+  ASSERT_EQ(save_configuration("ups.cfg"), 1);
+  const std::string written = get_file("ups.cfg");
+  EXPECT_EQ(written.substr(0, expected.size()), expected);
+
+  struct stat first, second;
+  ASSERT_EQ(stat("ups.cfg", &first), 0);
+  EXPECT_EQ(first.st_mode & 07777, 0640u);
+  ASSERT_EQ(init_config_vals("ups.cfg"), 1);
+  ASSERT_EQ(save_configuration("ups.cfg"), 1);
+  ASSERT_EQ(stat("ups.cfg", &second), 0);
+  EXPECT_EQ(first.st_ino, second.st_ino);
+  EXPECT_EQ(get_file("ups.cfg"), written);
+}
+
+TEST_F(Settings, AHandWrittenFileKeepsItsCommentsAndUnknownLines) {
+  put_file("ups.cfg", "; site note\nupsdevice = /dev/ttyS1:9600,e,7,2\nshift = night ; who\n\n[log]\nUpsModel=other\n");
+  ASSERT_EQ(init_config_vals("ups.cfg"), 1);
+  EXPECT_EQ(ups(kDevice), "/dev/ttyS1:9600,e,7,2");
+  EXPECT_EQ(ups(kModel), "Unknown");
+  ASSERT_EQ(save_std_cfg("ups.cfg"), 1);
+  EXPECT_EQ(get_file("ups.cfg"),
+            "; site note\nUpsDevice=/dev/ttyS1:9600,e,7,2\nshift = night ; who\nUpsLocation=Unknown\nUpsID=0\n"
+            "DataLoggingRate=300\nLogMaxHours=200\nTempCaution=50.0\nTempWarning=70.0\nUpsModel=Unknown\nUpsCable=0\n"
+            "UpsPower=1000\nUpsLoad=1000\nUpsHoldMins=10\nUpsRechargeHours=10\n\n[log]\nUpsModel=other\n");
+}
+
+TEST_F(Settings, ValuesThatStandOtherwiseInTheFile) {
+  put_file("ups.cfg",
+           "PASSWORD= \nUpsDownDelay=59\nUpsCable=42\nLoggingData=0\nUpsPower=99999999999\nCheckRate=fast\n");
+  ASSERT_EQ(init_config_vals("ups.cfg"), 1);
+  EXPECT_EQ(text_of(field_of_mask(kMaskSystem, kPassword)), "");
+  EXPECT_EQ(CustomRec.ups_shutdown_delay, 0);
+  EXPECT_EQ(ups(kCable), "LAST");
+  EXPECT_EQ(path(kDataLogging), "no");
+  EXPECT_EQ(StdRec.power, INT32_MAX);
+  EXPECT_EQ(CustomRec.check_rate, 0);
+
+  put_file("ups.cfg", "PASSWORD=SWNL\n");
+  ASSERT_EQ(init_config_vals("ups.cfg"), 1);
+  EXPECT_EQ(text_of(field_of_mask(kMaskSystem, kPassword)), "MIRT");
+  EXPECT_EQ(CustomRec.ups_shutdown_delay, 3);
+
+  StdRec.power = 7;
+  EXPECT_EQ(init_config_vals("missing.cfg"), 0);
+  EXPECT_EQ(StdRec.power, 7) << "a file that can't be read changes nothing";
+}
+
+TEST_F(Settings, NumbersOutOfRangeLeaveTheFileAsItIs) {
+  put_file("ups.cfg", "CheckRate=5\nUpsDownDelay=60\nFixedDownTime=4\nGarUpTime=3\nNetBroadcastRate=99\n");
+  ASSERT_EQ(init_config_vals("ups.cfg"), 1);
+  CustomRec.check_rate = 601;
+  CustomRec.ups_shutdown_delay = 100;
+  CustomRec.fixed_down_time = -1;
+  ASSERT_EQ(save_custom_cfg("ups.cfg"), 1);
+  const std::string kept = get_file("ups.cfg");
+  for (const char *line :
+       {"CheckRate=5\n", "UpsDownDelay=60\n", "FixedDownTime=4\n", "GarUpTime=3\n", "NetBroadcastRate=30\n"}) {
+    EXPECT_NE(kept.find(line), std::string::npos) << line;
+  }
+  CustomRec.check_rate = 600;
+  CustomRec.ups_shutdown_delay = 99;
+  CustomRec.fixed_down_time = 1000;
+  put(field_of_mask(kMaskSystem, kPassword), "");
+  ASSERT_EQ(save_custom_cfg("ups.cfg"), 1);
+  const std::string changed = get_file("ups.cfg");
+  for (const char *line :
+       {"CheckRate=600\n", "UpsDownDelay=5940\n", "FixedDownTime=1000\n", "GarUpTime=1000\n", "PASSWORD= \n"}) {
+    EXPECT_NE(changed.find(line), std::string::npos) << line;
+  }
+}
+
+TEST_F(Settings, ARefusedKeyEndsItsSectionOnly) {
+  put(field_of_mask(kMaskUps, kDevice), "");  // an empty value of a key that the file lacks can't be stored
+  EXPECT_EQ(save_configuration("ups.cfg"), 0);
+  const std::string written = get_file("ups.cfg");
+  EXPECT_NE(written.find("UpsLocation="), std::string::npos);
+  EXPECT_EQ(written.find("UpsID="), std::string::npos);
+  EXPECT_NE(written.find("CheckRate="), std::string::npos);
+  EXPECT_NE(written.find("Event24="), std::string::npos);
+}
+
+TEST_F(Settings, TheBinaryLogFollowsTheDataLog) {
+  put_file("ups.cfg", "");
+  for (const auto &[name, binary] : {std::pair{"/var/log/upsdata.csv", "/var/log/upsdata.dat"},
+                                     {"a.b", "a.b"},
+                                     {"abcd", "abcd"},
+                                     {"abcde", "a.dat"}}) {
+    put(field_of_mask(kMaskPaths, kDataLogFile), name);
+    ASSERT_EQ(save_path_cfg("ups.cfg"), 1);
+    char value[1024] = "";
+    EXPECT_EQ(XReadPrivateProfileString(kTmpTopic, "LogFileBin", value, "ups.cfg"), 1);
+    EXPECT_STREQ(value, binary);
+  }
+}
+
+TEST_F(Settings, LogPathsStayWithinTheirFields) {
+  const struct {
+    const char *directory;  // of 17, 18, 19 and 21 characters
+    const char *log, *data, *job;
+  } cases[] = {
+      {"/tmp/kav-5678XXXXXX", "/upslog.csv", nullptr, "/ups_exe1"},
+      {"/tmp/kav-678XXXXXX", "/upslog.csv", nullptr, "/ups_exe1"},
+      {"/tmp/kav-78XXXXXX", "/upslog.csv", "/upsdata.csv", "/ups_exe1"},
+      {"/tmp/kav-3456789XXXXXX", nullptr, nullptr, nullptr},
+  };
+  for (const auto &c : cases) {
+    const WorkingFolder here(c.directory);
+    const std::string place = here.path.string();
+    init_new_config_vals();
+    const bool log_fits = place.size() <= 18;
+    EXPECT_EQ(path(kLogFile), log_fits ? place + "/upslog.csv" : "/usr/ups/upslog.csv") << place;
+    EXPECT_EQ(path(kDataLogFile), c.data ? place + c.data : "/usr/ups/upsdata.csv") << place;
+    EXPECT_EQ(text_of(field_of_mask(kMaskExtraJobs, 2)), c.job ? place + c.job : "/usr/ups/ups_exe1") << place;
+  }
+}
+
+TEST_F(Settings, RangesHoldOnBothSides) {
+  for (const ValueCheck &row : ValueCheckArr) {
+    if (row.field == -1) break;
+    const RecordField place = field_of_mask(row.mask, row.field);
+    if (!is_number_field(place.table[row.field].type)) continue;
+    for (const auto &[value, accepted] : {std::pair{row.min, 1}, {row.max, 1}, {row.min - 1, 0}, {row.max + 1, 0}}) {
+      put(place, std::to_string(value).c_str());
+      EXPECT_EQ(value_check(row.field, row.mask), accepted) << row.mask << "/" << row.field << ": " << value;
+    }
+  }
+  EXPECT_EQ(value_check(kLocation, kMaskUps), 1);
+  EXPECT_EQ(value_check(0, kMaskMail), 1);
+}
+
+TEST_F(Settings, TemperaturesAreCheckedAsTextAndRewritten) {
+  const struct {
+    int field;
+    const char *typed, *shown;
+    int accepted;
+  } cases[] = {
+      {kCautionTemperature, "45", "45.0", 1},   {kCautionTemperature, "60.0", "60.0", 1},
+      {kCautionTemperature, "60.1", "60.1", 0}, {kCautionTemperature, "39.9", "39.9", 0},
+      {kWarningTemperature, "61", "61.0", 1},   {kWarningTemperature, "60.5", "60.5", 0},
+      {kWarningTemperature, "85.1", "85.1", 0}, {kWarningTemperature, "", "0.0", 0},
+      {kWarningTemperature, "nan", "nan", 0},
+  };
+  for (const auto &c : cases) {
+    put(field_of_mask(kMaskUps, c.field), c.typed);
+    EXPECT_EQ(value_check(c.field, kMaskUps), c.accepted) << c.typed;
+    EXPECT_EQ(ups(c.field), c.shown);
+  }
+}
+
+TEST_F(Settings, DeviceTexts) {
+  const LineSettings line = {9600, 'e', 7, 2};
+  char device[64] = "/dev/ttyS0:2400,n,8,1";
+  EXPECT_EQ(patch_baudrate(device, line), 1);
+  EXPECT_STREQ(device, "/dev/ttyS0:9600,e,7,2");
+  char bare[64] = "/dev/ttyS3";
+  EXPECT_EQ(patch_baudrate(bare, line), 0);
+  EXPECT_STREQ(bare, "/dev/ttyS3");
+  EXPECT_EQ(patch_port(bare, line), 1);
+  EXPECT_STREQ(bare, "/dev/ttyS3:9600,e,7,2");
+}
+
+TEST_F(Settings, MailKeysAndDefaults) {
+  put_file("ups.cfg", "MailEnableFlag=YES\nSmtpUser=kav\nSmtpHost=mail\n");
+  ASSERT_EQ(init_config_vals("ups.cfg"), 1);
+  EXPECT_EQ(mail(kMailSubject), "UPS event");
+  EXPECT_EQ(mail(kMailSignFile), "mailsign.txt");
+  EXPECT_EQ(mail(kSmtpUser), "kav");
+
+  put({&MailRec, MailTabArr, kSmtpPassword}, "secret");
+  put({&MailRec, MailTabArr, kMailFromAddr}, "ups@site");
+  ASSERT_EQ(save_mail_cfg("ups.cfg"), 1);
+  const std::string scrambled = encrypt("secret");
+  EXPECT_EQ(get_file("ups.cfg"),
+            "MailEnableFlag=YES\nSmtpUser=kav\nSmtpHost=mail\nMailSubject=UPS event\nUseMailSign=no\n"
+            "MailSignFile=mailsign.txt\nMailFromAddr=ups@site\nSmtpPassword=" +
+                scrambled + "\n");
+  ASSERT_EQ(init_config_vals("ups.cfg"), 1);
+  EXPECT_EQ(mail(kSmtpPassword), "secret");
+
+  put({&MailRec, MailTabArr, kMailEnableFlag}, "no");
+  put({&MailRec, MailTabArr, kMailFromAddr}, "");
+  put({&MailRec, MailTabArr, kSmtpHost}, "");
+  ASSERT_EQ(save_mail_cfg("ups.cfg"), 1);
+  EXPECT_EQ(get_file("ups.cfg"),
+            "MailEnableFlag=no\nSmtpHost= \nMailSubject=UPS event\nUseMailSign=no\nMailSignFile=mailsign.txt\n")
+      << "without SMTP user and password are erased";
+  ASSERT_EQ(save_mail_cfg("ups.cfg"), 1) << "keys that are not there can't be erased again: no failure";
+
+  put({&MailRec, MailTabArr, kMailEnableFlag}, "yes");
+  put({&MailRec, MailTabArr, kSmtpPassword}, "0");  // turns into a line feed, which no line can hold
+  ASSERT_EQ(save_mail_cfg("ups.cfg"), 0);
+  EXPECT_EQ(get_file("ups.cfg").find("SmtpPassword"), std::string::npos);
+}
+
+TEST(Scramble, IsItsOwnInverseUpToABufferFull) {
+  for (size_t length : {0u, 1u, 48u, 511u, 600u}) {
+    const std::string text(length, 'x');
+    const std::string once = encrypt(text.c_str());
+    EXPECT_EQ(encrypt(once.c_str()), text.substr(0, 511));
+    std::string mirrored = text;
+    mirror_bytes(mirrored.data());
+    mirror_bytes(mirrored.data());
+    EXPECT_EQ(mirrored, text);
+  }
+  EXPECT_STREQ(encrypt(":x"), "") << "kept: a byte equal to its key byte cuts the password";
+}
+
+TEST(Conversion, StopsAtTheFirstInvalidLine) {
+  const WorkingFolder folder;
+  put_file("euc", "one\n\xC6\xFC\xCB\xDC\n\xC6\x20\nfour\n");
+  saveEUC2UTF("euc", "utf");
+  EXPECT_EQ(get_file("utf"), "one\n\xE6\x97\xA5\xE6\x9C\xAC\n");
+  saveUTF2EUC("utf", "back");
+  EXPECT_EQ(get_file("back"), "one\n\xC6\xFC\xCB\xDC\n");
+  saveUTF2EUC("missing", "none");
+  EXPECT_FALSE(std::filesystem::exists("none"));
+}
+
+}  // namespace
