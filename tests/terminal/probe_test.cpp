@@ -1,0 +1,105 @@
+// The detection of a UPS on simulated serial ports, in a mount namespace of its own.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+
+#include "tests/terminal/session.h"
+
+namespace {
+
+constexpr int kNoNamespace = 77;
+
+// Starts the tool where the four ports are simulated. False where no namespace can be made: the test is then skipped,
+// but in continuous integration it must run.
+bool start_with_ports(Terminal &t, const std::vector<std::string> &ports,
+                      const std::vector<std::string> &tool_options = {}) {
+  Start how;
+  how.program = TRY_DETECTION;
+  how.options = {"-b", BUILD_FOLDER};
+  how.options.insert(how.options.end(), ports.begin(), ports.end());
+  how.options.push_back(KAVSETUP);
+  how.options.insert(how.options.end(), tool_options.begin(), tool_options.end());
+  t.start(how);
+  if (t.find("Create a new configuration file").row >= 0) return true;
+  EXPECT_EQ(t.wait_exit(), kNoNamespace);
+  EXPECT_EQ(std::getenv("CI"), nullptr) << "no mount namespace of our own can be made here";
+  return false;
+}
+
+double seconds_until(Terminal &t, const char *text) {
+  const auto start = std::chrono::steady_clock::now();
+  t.see(text, 30000);
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+void detect(Terminal &t) { t.press({Enter, Enter}); }
+
+TEST(Detection, TakesAConfirmedModelAndPortOver) {
+  Terminal t;
+  if (!start_with_ports(t, {"-0", "absent", "-1", "--answer XXK-TRN010VQ10\\r", "-2", "--model K-TRN010VQ12"},
+                        {"-debug"}))
+    GTEST_SKIP();
+  detect(t);
+  t.see("/dev/ttyS0:The port is being checked....");
+  t.see("/dev/ttyS2:The port is being checked....", 15000);
+  t.type("\r\r");  // typed while the ports are tried: answers nothing
+  t.see("Is this configuration OK ?", 15000);
+  t.settle();
+  EXPECT_EQ(t.text(13, 8, 9), "UPS Type:");
+  EXPECT_EQ(t.text(13, 58, 14), "K-TRN010VQ-110");
+  EXPECT_EQ(t.text(14, 62, 10), "/dev/ttyS2");
+  EXPECT_EQ(t.text(18, 8, 10) + t.text(18, 59, 12), "<ENTER>=OK<ESC>=CANCEL");
+  t.press({Space, KeypadEnter});
+  t.see("KAVLON Pro Configuration");
+  EXPECT_EQ(t.find("UPS Type:").row, -1);
+  choose(t, kUps);
+  EXPECT_EQ(t.text(13, 26, 15), "K-TRN010VQ-110 ");
+  EXPECT_EQ(t.text(8, 26, 11), "/dev/ttyS2:");
+  const std::string trace = t.file("setup.dbg");
+  for (const char *line : {"show_probe_win: port[2] returned %MK-TRN010VQ12\r",
+                           "show_probe_win: prepared K-TRN010VQ12\n", "show_probe_win: got db_model K-TRN010VQ-110\n",
+                           "after draw_found_frame check_model_list with |K-TRN010VQ-110|\n",
+                           "after draw_found_frame get_act_ups()1=Unknown|\n",
+                           "after draw_found_frame get_act_ups()3=K-TRN010VQ-110|\n", "ask_for_probe: return 3\n"}) {
+    EXPECT_NE(trace.find(line), std::string::npos) << line;
+  }
+}
+
+TEST(Detection, ACancelledModelChangesNothing) {
+  Terminal t;
+  if (!start_with_ports(t, {"-0", "--model K-TRN07VQ21"})) GTEST_SKIP();
+  detect(t);
+  t.see("K-TRN007VQ-208", 15000);
+  t.press({Escape});
+  choose(t, kUps);
+  EXPECT_EQ(t.text(13, 26, 7), "Unknown");
+}
+
+TEST(Detection, OffersToTryAgainWhenNoPortAnswers) {
+  Terminal t;
+  if (!start_with_ports(t, {"-0", "absent", "-1", "absent", "-2", "absent", "-3", "--chatter"})) GTEST_SKIP();
+  t.press({Enter});
+  t.settle();
+  t.press({Enter});
+  EXPECT_LT(seconds_until(t, "Halvoris was not able to be detected"), 8.5);
+  t.see("Please select one from the following options.");
+  t.press({Enter});
+  t.see("/dev/ttyS0:The port is being checked....");
+  t.see("Halvoris was not able to be detected", 15000);
+  t.press({Escape});
+  t.see("KAVLON Pro Configuration");
+}
+
+TEST(Detection, FourSilentPortsTakeTwoSecondsEach) {
+  Terminal t;
+  if (!start_with_ports(t, {"-0", "--silent"})) GTEST_SKIP();
+  t.press({Enter});
+  t.settle();
+  t.press({Enter});
+  const double seconds = seconds_until(t, "Halvoris was not able to be detected");
+  RecordProperty("four_silent_ports_s", std::to_string(seconds));
+  EXPECT_LT(seconds, 8.5);
+}
+
+}  // namespace

@@ -1,0 +1,331 @@
+// Whole sessions, as an administrator has them: the menus, the settings masks, saving, the end.
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <filesystem>
+
+#include "tests/terminal/session.h"
+
+namespace {
+
+constexpr char kFrame[] = "\u2502";
+
+TEST(Session, StartsOnItsMenusAndEndsThroughTheExitEntryOnly) {
+  Terminal t;
+  t.start();
+  EXPECT_EQ(t.find("KAVLON Configuration"), (Position{3, 30}));
+  EXPECT_EQ(t.text(12, 24, 32), "Create a new configuration file ");
+  EXPECT_EQ(t.text(9, 3, 2) + t.text(14, 75, 2), "#\u250c\u2518#");
+  EXPECT_TRUE(t.cell(12, 24).bold);
+  EXPECT_EQ(t.cell(12, 24).foreground, kRed);
+  t.press({Escape});
+  t.see("Create a new configuration file");
+  t.press({Up, Enter});
+  EXPECT_EQ(t.wait_exit(), 1);
+  EXPECT_TRUE(t.given_back());
+  EXPECT_FALSE(t.has_file("ups.cfg"));
+  EXPECT_FALSE(t.has_file("setup.dbg"));
+}
+
+TEST(Session, ANewConfigurationIsEditedInAllMasksSavedAndOpenedAgain) {
+  Terminal t;
+  open_new_session(t);
+  choose(t, kUps);
+  t.press({Down, Down, Down, Down});
+  t.type("45  ");
+  t.press({Down});
+  EXPECT_EQ(t.text(11, 26, 5), "45.0 ");
+  t.press({Down, Enter});
+  t.see("Select UPS modelname");
+  t.press({Down, Enter});
+  t.see("Halvoris 700VA K-TSN007");
+  t.press({F10});
+  t.see("Set System values");
+  choose(t, kSystem);
+  t.type("Pass1            ");
+  t.press({Home});
+  t.press({F10});
+  choose(t, kPaths);
+  t.press({Down, Down, Enter});
+  t.see("enable logging");
+  t.press({Down, Enter, Escape});
+  choose(t, kSave);
+  t.see("Create a new configuration file");
+  EXPECT_EQ(setting(t, "TempCaution"), "45.0");
+  EXPECT_EQ(setting(t, "UpsModel"), "Halvoris 700VA K-TSN007");
+  EXPECT_EQ(setting(t, "LoggingData"), "0");
+  EXPECT_EQ(setting(t, "Event3"), "LOGMSG(\"Connected to UPS.\")O;");
+  t.press({Down, Enter});
+  ASSERT_EQ(t.wait_exit(), 1);
+  const std::string first = t.file("ups.cfg");
+
+  t.start();
+  t.see("KAVLON Pro Configuration");
+  EXPECT_EQ(t.find("Create a new"), (Position{-1, -1}));
+  choose(t, kUps);
+  EXPECT_EQ(t.text(13, 26, 24), "Halvoris 700VA K-TSN007 ");
+  t.press({Down, Down});
+  t.type("00600");
+  t.press({Escape});
+  choose(t, kSave);
+  ASSERT_EQ(t.wait_exit(), 1);
+  std::string expected = first;
+  expected.replace(expected.find("Rate=300"), 8, "Rate=600");
+  EXPECT_EQ(t.file("ups.cfg"), expected);
+}
+
+TEST(Session, AHandWrittenConfigurationKeepsWhatIsNotOurs) {
+  constexpr char kOwn[] = "; ask Ms. Sato before changing\nupspower = 500\n\n[site]\nrack = 4 # second row\n";
+  Terminal t;
+  t.start({.files = {{"ups.cfg", kOwn}}});
+  choose(t, kUps);
+  EXPECT_EQ(t.text(15, 26, 9), "      500");
+  t.press({Escape});
+  choose(t, kSave);
+  ASSERT_EQ(t.wait_exit(), 1);
+  const std::string saved = t.file("ups.cfg");
+  EXPECT_EQ(saved.substr(0, 44), "; ask Ms. Sato before changing\nUpsPower=500\n");
+  EXPECT_NE(saved.find("\n\n[site]\nrack = 4 # second row\n"), std::string::npos);
+}
+
+TEST(Session, LeavingDiscardsAndTheSpacerDoesNothing) {
+  for (const bool by_escape : {true, false}) {
+    Terminal t;
+    open_new_session(t);
+    choose(t, kUps);
+    t.type("Server room");
+    t.press({Escape});
+    choose(t, kSpacer);
+    EXPECT_EQ(t.find("Set UPS values").row, 10);
+    by_escape ? t.press({Escape}) : choose(t, kLeave);
+    t.see("Create a new configuration file");
+    EXPECT_FALSE(t.has_file("ups.cfg"));
+  }
+}
+
+TEST(Session, ReportsWhatKeepsItFromStarting) {
+  Terminal t;
+  t.start({.options = {"-unone.ups"}});
+  t.press({Enter});
+  t.see("UPS-Database error: 'none.ups'");
+  t.see("check existence of file!");
+  t.press({Space});
+  t.see("Create a new configuration file");
+
+  Terminal second;
+  second.start();
+  second.write_file("ups.cfg", "UpsID=1\n");
+  second.press({Enter});
+  second.see("Can't open file:");
+  second.press({Space});
+  second.see("Create a new configuration file");
+
+  Terminal directory;
+  std::filesystem::create_directory(directory.path("ups.cfg"));
+  directory.start();
+  directory.see("ups.cfg doesn't exist(press key) !");
+  EXPECT_EQ(directory.text(10, 9, 3), std::string(kFrame) + " u");
+  directory.press({Space});
+  EXPECT_EQ(directory.wait_exit(), 1);
+}
+
+TEST(Session, OptionsAreAbbreviatedAndUnknownOnesExplained) {
+  Terminal t;
+  for (const char *options : {"-zorvikx", "-u", "x"}) {
+    t.start({.options = {options, "name.ups"}});
+    EXPECT_EQ(t.wait_exit(), 0) << options;
+    EXPECT_NE(t.dump().find("kavsetup [-u <dbfile>] [-japanese]"), std::string::npos);
+    EXPECT_NE(t.dump().find("   -u <dbfile>    default is upstyp.ups"), std::string::npos);
+  }
+  t.start({.options = {"-jfoo", "-dx", "-zorvik"}});
+  t.see("KAVLON インストール");
+  t.press({Enter, Down, Enter});
+  choose(t, kSystem);
+  t.press({Escape, Escape});
+  t.see("KAVLON インストール");
+  EXPECT_NE(t.file("setup.dbg").find("setup/cfgmask: edit_custom_cfg enter\n"), std::string::npos);
+}
+
+TEST(Session, NeedsTwentyFourRowsAndEightyColumns) {
+  for (const auto &[rows, columns, starts] : {std::tuple{24, 79, false}, {23, 80, false}, {24, 80, true}}) {
+    Terminal t;
+    t.start({.rows = rows, .columns = columns});
+    if (starts) {
+      EXPECT_TRUE(t.see("KAVLON Configuration"));
+    } else {
+      EXPECT_EQ(t.wait_exit(), 1);
+      EXPECT_NE(t.dump().find("your terminalsize should have 24 rows, 80 columns, please resize"), std::string::npos);
+    }
+  }
+}
+
+TEST(UpsMask, EscapeLeavesAnUnknownModelButF10DoesNot) {
+  Terminal t;
+  open_new_session(t);
+  choose(t, kUps);
+  EXPECT_EQ(t.find("< ENTER for list!"), (Position{13, 60}));
+  EXPECT_EQ(t.cursor(), (Position{7, 26}));
+  EXPECT_TRUE(t.cursor_visible());
+  t.press({F10});
+  t.see("a valid UPS modelname !");
+  t.press({Space, End, Enter});
+  t.see("a valid UPS modelname !");
+  t.press({Space, Escape});
+  t.see("KAVLON Pro Configuration");
+}
+
+TEST(UpsMask, RefusesWhatIsOutOfRangeUntilItIsMended) {
+  Terminal t;
+  open_new_session(t);
+  choose(t, kUps);
+  t.press({Down, Down});
+  t.type("   29");
+  for (const Key key : {Down, Tab, Escape, Home}) {
+    t.press({key});
+    t.see("Value must be in range:");
+    t.see("30 <= value <= 9999");
+    t.press({Enter});
+    EXPECT_EQ(t.find("Value must be in range:"), (Position{-1, -1}));
+    EXPECT_EQ(t.cursor(), (Position{9, 26}));
+  }
+  t.type("   30");
+  t.press({Escape});
+  t.see("KAVLON Pro Configuration");
+}
+
+TEST(UpsMask, HelpStandsAboveTheMaskAndLeavesItAsItWas) {
+  Terminal t;
+  open_new_session(t);
+  choose(t, kUps);
+  const std::string before = screen(t);
+  t.press({ShiftQuestion});
+  EXPECT_EQ(t.find("Standard settings help").row, 11);
+  EXPECT_EQ(t.text(13, 24, 33), " Enter the UPS Server Name for   ");
+  t.press({Enter});
+  EXPECT_EQ(screen(t), before);
+  t.press({Down, Down, Down, Down, Down, Down, Down, ShiftQuestion});
+  EXPECT_EQ(t.find("Standard settings help").row, 11) << "the cable's help is empty, its box is there";
+  t.press({Escape, Up, Enter});
+  EXPECT_EQ(t.text(23, 21, 1) + t.text(23, 56, 1), "\u2514\u2518");
+  t.press({Escape, Up, Up, Up, Up, Up, Up, Up});
+  EXPECT_EQ(screen(t), before) << "nothing of the list stays, also below the mask";
+}
+
+TEST(UpsMask, AModelBringsItsValuesAlong) {
+  Terminal t;
+  t.start({.files = {{"ups.cfg", "PASSWORD= \nUpsDevice=/dev/ttyS9\nEvent0=LOGMSG(\"mine\")O;\n"}}});
+  choose(t, kUps);
+  t.press({Up, Up, Down, Down, Down, Down, Down, Down, Enter});
+  t.press({End, Up, Home, Down, Down, Down, Down, Enter});
+  EXPECT_EQ(t.text(13, 26, 18), "ZELK K-TSN030-200 ");
+  EXPECT_EQ(t.text(8, 26, 12), "/dev/ttyS9  ") << "no colon: no line settings";
+  EXPECT_EQ(t.text(15, 26, 9), "     3000");
+  t.press({F10});
+  choose(t, kSave);
+  ASSERT_EQ(t.wait_exit(), 1);
+  EXPECT_EQ(setting(t, "PASSWORD"), "SWNL") << "an empty password becomes the default one";
+  EXPECT_NE(setting(t, "Event0"), "LOGMSG(\"mine\")O;") << "the jobs become the defaults";
+}
+
+TEST(Masks, SayAtOnceWhatTheFileCanNotGiveBack) {
+  constexpr char kHidden[] = "This value can not be read back: '[' hides what follows";
+  Terminal t;
+  open_new_session(t);
+  choose(t, kUps);
+  EXPECT_EQ(t.text(19, 2, 3), "\u251c\u2500\u2500");
+  t.type("[1]");
+  t.press({Down});
+  EXPECT_EQ(t.find(kHidden), (Position{19, 4}));
+  EXPECT_EQ(t.cell(19, 4).foreground, kRed);
+  t.press({Down});
+  t.see(kHidden);
+  t.press({Home});
+  t.type("       ");
+  t.press({Down});
+  t.see("An empty value can not be read back: the default comes instead");
+  t.press({Up});
+  t.type("Office");
+  t.press({Down});
+  EXPECT_EQ(t.text(19, 2, 3), "\u251c\u2500\u2500");
+  t.press({Escape});
+  choose(t, kSystem);
+  t.type("Emil");  // scrambled, the first letter becomes a bracket
+  t.press({Down});
+  t.see(kHidden);
+  t.press({Escape});
+  choose(t, kEvents);
+  choose(t, 4);
+  choose(t, 1);
+  t.type("[up]");
+  t.press({Down});
+  t.see(kHidden);
+}
+
+TEST(SystemMask, NoShutdownMeansNoneThatFollowsIt) {
+  Terminal t;
+  open_new_session(t);
+  choose(t, kSystem);
+  t.press({Down, Down, Enter});
+  t.see(" enable shutdown ");
+  EXPECT_EQ(t.find("yes|").row, -1);
+  t.press({Down, Enter});
+  for (const int row : {11, 13, 16}) EXPECT_EQ(t.text(row, 41, 4), "no  ") << row;
+  EXPECT_EQ(t.text(15, 41, 4), "yes ");
+  t.press({Down, Enter, Down, Enter});
+  t.see(" enable UPS restore ");
+  t.press({Escape, Enter});
+  EXPECT_EQ(t.find("enable fixed"), (Position{-1, -1}));
+  t.press({F10});
+  t.see("KAVLON Pro Configuration");
+}
+
+TEST(Terminal, IsGivenBackHoweverTheProgramEnds) {
+  for (const int signal : {SIGINT, SIGTERM, SIGQUIT, SIGHUP, SIGABRT}) {
+    Terminal t;
+    open_new_session(t);
+    choose(t, kUps);
+    t.settle();
+    t.send_signal(signal);
+    EXPECT_EQ(t.wait_exit(), 128 + signal);
+    EXPECT_TRUE(t.given_back()) << signal;
+  }
+  Terminal gone;
+  open_new_session(gone);
+  gone.hang_up();
+  EXPECT_NE(gone.wait_exit(1000), -1);
+}
+
+TEST(Terminal, ComesBackCellForCellAfterResizeAndSuspend) {
+  Terminal t;
+  open_new_session(t);
+  choose(t, kUps);
+  t.press({Down, Down, Down, Down, Down, Down, Enter});
+  const std::string before = screen(t);
+  for (const auto &[rows, columns] : {std::pair{50, 132}, {10, 20}, {24, 40}, {1, 1}, {24, 80}}) {
+    t.resize(rows, columns);
+    t.settle();
+  }
+  EXPECT_EQ(screen(t), before);
+  t.press({ControlZ});
+  EXPECT_TRUE(t.given_back());
+  t.send_signal(SIGCONT);
+  t.settle();
+  EXPECT_EQ(screen(t), before);
+  t.press({Enter});
+  t.see("Halvoris 500VA K-TSN005");
+}
+
+TEST(Terminal, AKeyCostsFewBytesAndEscapeLittleTime) {
+  Terminal t;
+  open_new_session(t);
+  const Timing down = t.measure(Down);
+  EXPECT_LT(down.bytes, 200u);
+  choose(t, kUps);
+  t.settle();
+  const Timing escape = t.measure(Escape);
+  RecordProperty("bytes_of_down", static_cast<int>(down.bytes));
+  RecordProperty("escape_ms", static_cast<int>(escape.first_output));
+  EXPECT_LT(escape.first_output, 250) << "50 ms without the sanitizers on an idle machine";
+}
+
+}  // namespace
