@@ -18,8 +18,11 @@ namespace {
 // --- one screen
 
 constexpr int kRows = 24, kColumns = 80;
-constexpr int kCellWidth = 9, kCellHeight = 17, kMargin = 6,
-              kBaseline = 13;  // a character of 'DejaVu Sans Mono' is as wide in 14.95 pixels
+constexpr int kCellWidth = 9, kCellHeight = 17, kBaseline = 13, kMargin = 6;
+// In this size a character of the first font is exactly as wide as a cell, a Japanese one needs a little more room.
+constexpr char kStyle[] =
+    "text{font:14.95px 'DejaVu Sans Mono',Menlo,Consolas,'Liberation Mono','Noto Sans Mono CJK JP',IPAGothic,"
+    "'MS Gothic',monospace}.w{letter-spacing:3.05px}";
 
 // xterm's colours: the eight normal ones, then the eight that bold characters have.
 constexpr const char *kPalette[16] = {"#000",    "#cd0000", "#00cd00", "#cdcd00", "#0000ee", "#cd00cd",
@@ -116,13 +119,10 @@ std::string picture_of(Terminal &t, const std::string &title) {
   const std::string margin = std::to_string(-kMargin);
   return "<svg xmlns=\"http://www.w3.org/2000/svg\" xml:space=\"preserve\" role=\"img\"" + attribute("width", width) +
          attribute("height", height) + attribute("viewBox", margin + " " + margin + " " + width + " " + height) +
-         ">\n<title>" + title +
-         "</title>\n<style>text{font:14.95px 'DejaVu Sans Mono',Menlo,Consolas,'Liberation Mono','Noto Sans Mono CJK "
-         "JP',"
-         "'IPAGothic','MS Gothic',monospace}.w{letter-spacing:3.05px}</style>\n<rect" +
-         attribute("x", margin) + attribute("y", margin) + attribute("width", width) + attribute("height", height) +
-         " rx=\"4\"/>\n" + rectangle(0, 0, kRows, kColumns, attribute("fill", kPalette[ground])) + grounds +
-         cursor_of(t) + texts + "</svg>\n";
+         ">\n<title>" + title + "</title>\n<style>" + kStyle + "</style>\n<rect" + attribute("x", margin) +
+         attribute("y", margin) + attribute("width", width) + attribute("height", height) + " rx=\"4\"/>\n" +
+         rectangle(0, 0, kRows, kColumns, attribute("fill", kPalette[ground])) + grounds + cursor_of(t) + texts +
+         "</svg>\n";
 }
 
 // --- all screens
@@ -222,7 +222,9 @@ int are_up_to_date(const std::filesystem::path &folder) {
 
 int write_pictures(const std::filesystem::path &folder) {
   for (const auto &[name, picture] : pictures) {
-    if (!(std::ofstream(folder / name, std::ios::binary) << picture).flush()) return 0;
+    if ((std::ofstream(folder / name, std::ios::binary) << picture).flush()) continue;
+    std::fprintf(stderr, "can't write %s\n", (folder / name).c_str());
+    return 0;
   }
   return 1;
 }
