@@ -155,6 +155,8 @@ int ask_for_probe(WINDOW *parent, const char *file) {
 }
 
 int save_configuration(const char *file) {
+  Descriptor lock;  // sections of two programs that save at the same time must not mix
+  if (!lock_for_saving(file, lock)) return 0;
   if (!does_file_exist(file, 1) && !replace_file(file, kHeader)) return 0;
   int result = 1;
   for (const SectionWriter &section : kSections) {

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <vector>
 
 #include "corbix/xconfig.h"
 #include "setup/cfgmask/checks.h"
@@ -12,6 +15,7 @@
 #include "setup/options.h"
 #include "setup/session.h"
 #include "tests/folder.h"
+#include "util/files.h"
 #include "util/scramble.h"
 
 namespace {
@@ -131,6 +135,32 @@ TEST_F(Settings, ARefusedKeyEndsItsSectionOnly) {
   EXPECT_EQ(written.find("UpsID="), std::string::npos);
   EXPECT_NE(written.find("CheckRate="), std::string::npos);
   EXPECT_NE(written.find("Event24="), std::string::npos);
+}
+
+TEST_F(Settings, TwoThatSaveAtTheSameTimeDoNotMix) {
+  std::vector<pid_t> savers;
+  for (const char *name : {"left", "right"}) {
+    const pid_t saver = fork();
+    if (saver == 0) {
+      put(field_of_mask(kMaskUps, kLocation), name);
+      put({&MailRec, MailTabArr, kMailSubject}, name);
+      int saved = 1;
+      for (int i = 0; i < 20; i++) saved &= save_configuration("ups.cfg");
+      _exit(saved ? 0 : 1);
+    }
+    savers.push_back(saver);
+  }
+  for (const pid_t saver : savers) {
+    int status = 0;
+    waitpid(saver, &status, 0);
+    EXPECT_EQ(status, 0);
+  }
+  ASSERT_EQ(init_config_vals("ups.cfg"), 1);
+  EXPECT_EQ(ups(kLocation), mail(kMailSubject));
+
+  Descriptor held, refused;
+  ASSERT_EQ(lock_for_saving("ups.cfg", held), 1);
+  EXPECT_EQ(lock_for_saving("ups.cfg", refused, 40), 0);
 }
 
 TEST_F(Settings, TheBinaryLogFollowsTheDataLog) {

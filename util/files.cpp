@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <linux/limits.h>
+#include <sys/file.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -166,10 +167,10 @@ std::string unforeseeable_path(const std::string &folder) {
 
 // On failure errno tells why.
 bool create_in(const std::string &folder, mode_t mode, MadeFile &made) {
-  const std::string path = unforeseeable_path(folder);
+  std::string path = unforeseeable_path(folder);
   made.file.number = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
   if (made.file.number < 0) return false;
-  made.path = path;
+  made.path.swap(path);  // a copy could find no memory, and the file would stay
   return true;
 }
 
@@ -185,10 +186,10 @@ bool create_unnamed_in(const std::string &folder, mode_t mode, MadeFile &made) {
 bool give_name(const std::string &folder, MadeFile &made) {
   if (!made.path.empty()) return true;
   const std::string opened = "/proc/self/fd/" + std::to_string(made.file.number);
-  const std::string path = unforeseeable_path(folder);
+  std::string path = unforeseeable_path(folder);
   const auto link_path = [&] { return linkat(AT_FDCWD, opened.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW); };
   if (uninterrupted(link_path) != 0) return false;
-  made.path = path;
+  made.path.swap(path);
   return true;
 }
 
@@ -386,4 +387,17 @@ int replace_file(const char *path, std::string_view content) {
   const Outcome outcome = linked ? Outcome::kOtherWay : save_by_renaming(target, old, content);
   if (outcome == Outcome::kOtherWay && exists) return save_in_place(target, old, content);
   return outcome == Outcome::kSaved;
+}
+
+int lock_for_saving(const char *path, Descriptor &lock, int wait) {
+  constexpr int kPause = 20;  // ms
+  const std::string target = behind_links(path);
+  if (target.empty()) return 0;
+  lock.number = open(folder_of(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (lock.number < 0) return errno == EACCES;  // who may not read the folder can still save in it
+  for (int waited = 0;; waited += kPause) {
+    if (flock(lock.number, LOCK_EX | LOCK_NB) == 0) return 1;
+    if (waited >= wait || (errno != EWOULDBLOCK && errno != EINTR)) return 0;
+    usleep(kPause * 1000);
+  }
 }

@@ -58,3 +58,9 @@ inline constexpr size_t kLargestFile = size_t{64} << 20;
 // stands; and when the old content can't be brought back into a file written in place, its copy (".kavsetup-...") is
 // left behind.
 [[nodiscard]] int replace_file(const char *path, std::string_view content);
+
+// Keeps other programs of the product from saving `path` until `lock` is closed: an advisory lock on its folder, which
+// stays the same when the file is replaced. Waits at most `wait` milliseconds for another one's save to end.
+// 1, also without a lock in a folder that may not be read; or 0 when there is none or the other one takes longer.
+inline constexpr int kSaveWait = 2000;  // ms
+[[nodiscard]] int lock_for_saving(const char *path, Descriptor &lock, int wait = kSaveWait);
