@@ -33,8 +33,8 @@ extern int (*menu_help)(int help, int strid, char *title, char *text);
 // Appends an entry; with a null list it starts one. The node, or null when memory runs out.
 StringNode *Insert_String(StringNode *list, const char *text, int32_t strid, int32_t attr, int32_t attr_sel,
                           int32_t row, int32_t col, int32_t width);
-// Frees the entry at position `num`; 1, or 0 for a null list. Removing the first entry frees it without relinking: the
-// caller's list pointer is then dead.
+// Frees the entry that get_element_by_num finds; 1, or 0 for a null list. When that is the first one (so also for a
+// `num` beyond the last), the caller's list pointer is dead.
 int Remove_String(StringNode *list, int32_t num);
 // Frees every entry; 0 for an empty list, else 1.
 int RemoveFullList(StringNode *list);

@@ -1,5 +1,7 @@
 #include "screen/scrio.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <vector>
@@ -34,6 +36,7 @@ constexpr ColourPair kColourPairs[] = {
     // clang-format on
 };
 
+constexpr short kNormalPair = 4;
 constexpr int32_t kInversePair = 0x1000;  // from a colour pair to its inverse
 
 struct OpenWindow {
@@ -46,9 +49,33 @@ std::vector<OpenWindow> open_windows;
 
 bool is_on_screen() { return stdscr != nullptr && !isendwin(); }
 
+// Curses leaves a cell without colours where a window cuts through a two-column character of the window below.
+void mend_cell(int row, int column) {
+  cchar_t cell;
+  wchar_t text[CCHARW_MAX + 1];
+  attr_t attributes = 0;
+  short pair = 0;
+  if (column < 0 || column >= kScreenColumns || mvwin_wch(newscr, row, column, &cell) == ERR) return;
+  if (getcchar(&cell, text, &attributes, &pair, nullptr) != ERR && pair == 0) {
+    mvwchgat(newscr, row, column, 1, A_NORMAL, kNormalPair, nullptr);
+  }
+}
+
+void stage(WINDOW *win) {
+  wnoutrefresh(win);
+  if (!has_colors()) return;
+  const int cursor_row = getcury(newscr);
+  const int cursor_column = getcurx(newscr);
+  for (int row = getbegy(win); row < getbegy(win) + getmaxy(win); ++row) {
+    mend_cell(row, getbegx(win) - 1);
+    mend_cell(row, getbegx(win) + getmaxx(win));
+  }
+  wmove(newscr, cursor_row, cursor_column);
+}
+
 void repaint(WINDOW *win) {
   touchwin(win);
-  wnoutrefresh(win);
+  stage(win);
 }
 
 void set_attribute(WINDOW *win, int32_t attr) {
@@ -86,7 +113,7 @@ void end_screen() {
 void leave_lost_terminal() {
   if (before_leaving != nullptr) before_leaving();
   end_screen();
-  std::exit(EXIT_FAILURE);
+  _exit(EXIT_FAILURE);  // nothing that runs at exit may come to wait for the terminal
 }
 
 void initscrio() { winitscrio(stdscr); }
@@ -99,7 +126,10 @@ void winitscrio(WINDOW *win) {
   leaveok(win, TRUE);
 }
 
-void wshow(WINDOW *win) { wrefresh(win); }
+void wshow(WINDOW *win) {
+  stage(win);
+  doupdate();
+}
 
 // --- windows
 

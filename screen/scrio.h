@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <string>
 #include <string_view>
 
 inline constexpr int kScreenRows = 24;  // the smallest terminal that every screen fits on
@@ -48,7 +49,8 @@ constexpr bool is_enter(int key) { return key == kKeyLineFeed || key == kKeyRetu
 // --- start and end
 
 // Starts curses and defines the colour pairs. From then on the terminal is given back before the program stops, also by
-// a signal that ends it (it still dies by that signal), by abort() and by an exception that nobody takes.
+// a signal that ends it (it still dies by that signal; a hang-up ends it as leave_lost_terminal), by abort() and by an
+// exception that nobody takes.
 void init_screen();
 // Ends curses and gives the terminal back; safe to call more than once and without a screen.
 void end_screen();
@@ -130,6 +132,9 @@ void wdisplay_str(WINDOW *win, int row, int col, int32_t attr, std::string_view 
 void wprintv_cut(WINDOW *win, std::string_view str, int32_t attr, int row, int col, int width);
 // Outside curses: a text as the terminal speaks. Line feeds pass.
 void print_text(FILE *stream, const char *text);
+// The other way round: a text as it was typed on the terminal, as records and files hold it. 1, or 0 (`text` untouched)
+// when they can't hold one of its characters.
+[[nodiscard]] int text_from_terminal(std::string_view typed, std::string &text);
 
 // --- clearing
 

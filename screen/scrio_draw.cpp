@@ -99,7 +99,7 @@ void fdisp_printf(int row, int col, int32_t attr, const char *fmt, ...) {
   char text[kFormattedText];
   va_list arguments;
   va_start(arguments, fmt);
-  std::vsnprintf(text, sizeof text, fmt, arguments);
+  std::vsnprintf(text, sizeof text, fmt, arguments);  // NOLINT(clang-analyzer-valist.Uninitialized): it is, above
   va_end(arguments);
   printv(text, attr, row, col);
 }
@@ -108,7 +108,7 @@ void wfdisp_printf(WINDOW *win, int row, int col, int32_t attr, const char *fmt,
   char text[kFormattedText];
   va_list arguments;
   va_start(arguments, fmt);
-  std::vsnprintf(text, sizeof text, fmt, arguments);
+  std::vsnprintf(text, sizeof text, fmt, arguments);  // NOLINT(clang-analyzer-valist.Uninitialized): it is, above
   va_end(arguments);
   wprintv(win, text, attr, row, col);
 }
@@ -120,6 +120,24 @@ void wprintv_cut(WINDOW *win, std::string_view str, int32_t attr, int row, int c
 
 void print_text(FILE *stream, const char *text) {
   std::fputs(text_to_terminal(text, present_charset()).c_str(), stream);
+}
+
+int text_from_terminal(std::string_view typed, std::string &text) {
+  if (present_charset() != Charset::euc_jp) {
+    text = typed;
+    return 1;
+  }
+  std::string taken;
+  while (!typed.empty()) {
+    constexpr int kFirstNonAscii = 0x80;
+    const bool is_ascii = static_cast<unsigned char>(typed.front()) < kFirstNonAscii;
+    const TypedCharacter character = is_ascii ? TypedCharacter{1, {typed.front()}} : typed_character(typed);
+    if (character.text.empty()) return 0;
+    taken += character.text;
+    typed.remove_prefix(character.bytes);
+  }
+  text = taken;
+  return 1;
 }
 
 // --- clearing

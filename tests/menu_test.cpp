@@ -38,33 +38,18 @@ TEST(List, PositionsStayWhenAnEntryIsRemoved) {
   EXPECT_EQ(get_last_entry_num(list.first), 3);
 }
 
-TEST(List, Lookups) {
-  const struct {
-    int count;
-    int32_t num;
-    int found;  // index of the node
-    int32_t strid;
-    const char *copied;
-  } cases[] = {
-      {3, 2, 1, 102, "e2"},
-      {3, 0, 0, 101, "e1"},
-      {3, 4, 0, -1, "-"},
-      {1, 1, 0, -1, "-"},
-  };
-  for (const auto &c : cases) {
-    TestList list(c.count);
-    char text[84] = "-";
-    const StringNode *const expected = c.found == 0 ? list.first : list.first->next;
-    EXPECT_EQ(get_element_by_num(list.first, c.num, text), expected) << c.num;
-    EXPECT_STREQ(text, c.copied);
-    EXPECT_EQ(get_strid_by_num(list.first, c.num), c.strid) << c.num;
-  }
+TEST(List, LooksUpByPositionAndByIdentifier) {
   TestList list(3);
   char text[84] = "-";
+  EXPECT_EQ(get_element_by_num(list.first, 4, text), list.first);
   EXPECT_EQ(get_element_by_strid(list.first, 99, text), get_last_one(list.first, 0));
   EXPECT_STREQ(text, "-");
-  EXPECT_EQ(get_element_by_strid(list.first, 102, text)->num, 2);
+  EXPECT_EQ(get_element_by_num(list.first, 2, text)->strid, 102);
   EXPECT_STREQ(text, "e2");
+  EXPECT_EQ(get_element_by_strid(list.first, 103, text)->num, 3);
+  EXPECT_EQ(get_strid_by_num(list.first, 0), 101);
+  EXPECT_EQ(get_strid_by_num(list.first, 4), -1);
+  EXPECT_EQ(get_strid_by_num(TestList(1).first, 1), -1);
 }
 
 TEST(List, EmptyOnesAndLongTexts) {
@@ -138,8 +123,7 @@ TEST(Scrolling, Keys) {
 }
 
 TEST(Scrolling, DownPassesTheEndOfAListShorterThanItsRows) {
-  int32_t first = 1;
-  int32_t cursor = 3;
+  int32_t first = 1, cursor = 3;
   EXPECT_EQ(ProcessListKeyboard(kKeyDown, &first, &cursor, 3, 5), 4);
 }
 

@@ -80,7 +80,7 @@ void do_entry(WINDOW *main, int entry) {
 
 }  // namespace
 
-int main(int argc, char **) {
+int main(int argc, char **) {  // NOLINT(bugprone-exception-escape): to see what becomes of one
   std::setlocale(LC_ALL, "");
   language = argc > 1 ? 1 : 0;
   attr_dkl = kAttrNormal;

@@ -34,37 +34,6 @@ std::string screen(Terminal &t) {
   return rows.substr(0, rows.find("cursor"));  // where a hidden one stands does not matter
 }
 
-TEST(Menus, SelectedRowIsHighlightedWhole) {
-  Terminal t;
-  t.start(demo());
-  EXPECT_EQ(t.text(7, 3, 74), t.text(7, 3, 1) + t.text(7, 4, 72) + "┐");
-  EXPECT_EQ(t.find("Scroll"), (Position{10, 36}));
-  EXPECT_EQ(t.cell(10, 36).foreground, kRed);
-  EXPECT_EQ(t.cell(11, 38).foreground, kYellow);
-  EXPECT_FALSE(t.cursor_visible());
-  choose(t, 0);
-  EXPECT_EQ(t.text(10, 21, 36), "┌──────────────────────────────────┐");  // moved up from row 12 until it fits
-  EXPECT_EQ(t.text(23, 21, 36), "└──────────────────────────────────┘");
-  EXPECT_EQ(t.text(13, 22, 34), std::string(34, ' '));
-  for (int column = 22; column < 56; ++column) {
-    EXPECT_TRUE(t.cell(14, column).bold && t.cell(14, column).foreground == kRed) << column;
-    EXPECT_FALSE(t.cell(15, column).bold) << column;
-  }
-}
-
-TEST(Menus, KeysOfAScrollingMenu) {
-  Terminal t;
-  t.start(demo());
-  choose(t, 0);
-  t.press({PageUp, Down, Up, End});
-  EXPECT_NE(t.find("model 12"), (Position{-1, -1}));
-  EXPECT_EQ(t.cell(22, 22).foreground, kRed);
-  t.press({PageDown, PageDown, Down, ShiftQuestion});
-  EXPECT_NE(t.find("Entry help"), (Position{-1, -1}));
-  t.press({Enter, KeypadEnter});
-  EXPECT_EQ(t.text(23, 0, 16), "scroll 2 model 2");
-}
-
 TEST(Menus, DownWritesFewBytesAndEscapeIsQuick) {
   Terminal t;
   t.start(demo());
