@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "fuzz/fuzz.h"
 #include "util/base64.h"
 
 using Bytes = std::unique_ptr<char, decltype(&std::free)>;

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <vector>
 
+#include "fuzz/fuzz.h"
 #include "util/base64.h"
 #include "util/files.h"
 

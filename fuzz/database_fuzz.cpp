@@ -1,0 +1,81 @@
+// Any bytes as the database file (odd first byte) or as its text, coded for it: read as every program reads it.
+#include <vector>
+
+#include "corbix/xconfig.h"
+#include "fuzz/fuzz.h"
+#include "setup/cfgmask/settings.h"
+#include "setup/options.h"
+#include "upsdb/db_text.h"
+#include "upsdb/families.h"
+#include "upsdb/records.h"
+#include "util/text.h"
+
+namespace {
+
+constexpr int kMostRecords = 40;  // of a family, so that long files stay fast
+
+template <class Record>
+void read_family(int16_t count, int (*get)(Record &, int16_t, const char *), const char *model) {
+  for (int16_t n = 0; n <= count && n < kMostRecords; ++n) {
+    Record record;
+    get(record, n, model);
+  }
+}
+
+void read_model(const char *model) {
+  read_family<UpsPollEntry>(UpsGetCountDbPollEntry(model), UpsGetAtDbPollEntry, model);
+  read_family<UpsVitalData>(UpsGetCountDbVitalData(model), UpsGetAtDbVitalData, model);
+  read_family<UpsGetInfo>(UpsGetCountDbGetInfo(model), UpsGetAtDbGetInfo, model);
+  read_family<UpsEvent>(UpsGetCountDbEvents(model), UpsGetAtDbEvents, model);
+  read_family<UpsVariableInfo>(UpsGetCountDbVitalData(model), UpsGetAtDbVDVarInfo, model);
+  UpsCustomValue value;
+  UpsGetAtDbCstmValue(value, model);
+  char section[32];
+  if (UpsGetSectionDbFunctionEntry(model, section, sizeof section) == 1) {
+    read_family<UpsFunction>(UpsGetCountDbFunction(section), UpsDbGetFunction, section);
+  }
+}
+
+void read_shared() {
+  char text[64] = "";
+  UpsVersionNrDb(text, sizeof text);
+  UpsFileDateDb(text, sizeof text);
+  int16_t oem = 0;
+  UpsOEMIdDb(oem);
+  UpsVersionInfo info;
+  expect(UpsVersionInfoDb(&info) == 1);
+  UpsVariableInfo variable;
+  UpsGetAtDbVarInfoFromVarID(variable, 1);
+  UpsGetAtDbVarInfoFromVarName(variable, "Status");
+  char code[256] = "";
+  UpsDbGetSharedMainQCode(code, sizeof code);
+}
+
+void read_all_models() {
+  const int16_t count = UpsGetCountDb();
+  expect(count >= 0);
+  for (int16_t n = 0; n <= count && n < kMostRecords; ++n) {
+    UpsData model;
+    if (UpsGetAtDb(model, n) == 1) read_model(model.name);
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+  static const FuzzFile file("database");
+  if (size == 0) return 0;
+  std::string content = text_of_bytes(data + 1, size - 1);
+  std::vector<Finding> findings;
+  if (data[0] % 2 == 0 && code_text(content, content, findings) == 0) return 0;
+  file.hold(content);
+  cpynstr(upstypname, file.path);
+  expect(InitUpsTypeArray() == 1);
+  expect(get_max_ups_list(UpsTypeArr) <= kMaxModels);
+  expect(UpsOpenDb(upstypname) == 1);
+  read_shared();
+  read_all_models();
+  reset_upsdb();
+  expect(XCloseProfile() == 0);
+  return 0;
+}
