@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "util/trace.h"
@@ -324,6 +325,43 @@ bool save_in_place(const std::string &path, const OldFile &old, std::string_view
   return false;
 }
 
+bool replace(const char *path, std::string_view content) {
+  OldFile old;
+  if (!open_old_file(path, old)) return false;
+  const bool exists = old.file.number >= 0;
+  if (exists && holds(old.file.number, content)) return true;
+
+  const std::string target = behind_links(path);
+  if (target.empty() || !is_still_there(target, old)) return false;
+  const bool linked = exists && old.state.st_nlink > 1;
+  const Outcome outcome = linked ? Outcome::kOtherWay : save_by_renaming(target, old, content);
+  if (outcome == Outcome::kOtherWay && exists) return save_in_place(target, old, content);
+  return outcome == Outcome::kSaved;
+}
+
+bool lock_folder_of(const char *path, Descriptor &lock, int wait) {
+  constexpr int kPause = 20;  // ms
+  const std::string target = behind_links(path);
+  if (target.empty()) return false;
+  lock.number = open(folder_of(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (lock.number < 0) return errno == EACCES;  // who may not read the folder can still save in it
+  for (int waited = 0;; waited += kPause) {
+    if (flock(lock.number, LOCK_EX | LOCK_NB) == 0) return true;
+    if (waited >= wait || (errno != EWOULDBLOCK && errno != EINTR)) return false;
+    usleep(kPause * 1000);
+  }
+}
+
+// False when memory runs out: the standard library's strings throw then, our callers know results only.
+template <typename Work>
+bool in_memory(Work work) {
+  try {
+    return work();
+  } catch (const std::bad_alloc &) {
+    return false;
+  }
+}
+
 }  // namespace
 
 Descriptor::~Descriptor() {
@@ -369,35 +407,18 @@ char *UCTgetfilename(char *dst, const char *path) {
 int UCTfileexists() { return 0; }
 
 int read_file(const char *path, std::string &content) {
-  const Descriptor file(open(path, O_RDONLY | O_NOCTTY | O_CLOEXEC));
-  if (file.number >= 0 && read_to_end(file.number, content)) return 1;
-  content.clear();
-  return 0;
+  const bool read = in_memory([&] {
+    const Descriptor file(open(path, O_RDONLY | O_NOCTTY | O_CLOEXEC));
+    return file.number >= 0 && read_to_end(file.number, content);
+  });
+  if (!read) content.clear();
+  return read;
 }
 
 int replace_file(const char *path, std::string_view content) {
-  OldFile old;
-  if (!open_old_file(path, old)) return 0;
-  const bool exists = old.file.number >= 0;
-  if (exists && holds(old.file.number, content)) return 1;
-
-  const std::string target = behind_links(path);
-  if (target.empty() || !is_still_there(target, old)) return 0;
-  const bool linked = exists && old.state.st_nlink > 1;
-  const Outcome outcome = linked ? Outcome::kOtherWay : save_by_renaming(target, old, content);
-  if (outcome == Outcome::kOtherWay && exists) return save_in_place(target, old, content);
-  return outcome == Outcome::kSaved;
+  return in_memory([&] { return replace(path, content); });
 }
 
 int lock_for_saving(const char *path, Descriptor &lock, int wait) {
-  constexpr int kPause = 20;  // ms
-  const std::string target = behind_links(path);
-  if (target.empty()) return 0;
-  lock.number = open(folder_of(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (lock.number < 0) return errno == EACCES;  // who may not read the folder can still save in it
-  for (int waited = 0;; waited += kPause) {
-    if (flock(lock.number, LOCK_EX | LOCK_NB) == 0) return 1;
-    if (waited >= wait || (errno != EWOULDBLOCK && errno != EINTR)) return 0;
-    usleep(kPause * 1000);
-  }
+  return in_memory([&] { return lock_folder_of(path, lock, wait); });
 }

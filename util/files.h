@@ -41,8 +41,8 @@ char *UCTgetfilename(char *dst, const char *path);
 // Always 0: kept, callers of the library rely on it.
 int UCTfileexists();
 
-// The whole content of a file or pipe. 1, or 0 (content empty) when it can't be read to its end, is a directory, or
-// holds more than kLargestFile bytes: no file of ours does, and a device could go on for ever.
+// The whole content of a file or pipe. 1, or 0 (content empty) when it can't be read to its end, is a directory, finds
+// no memory, or holds more than kLargestFile bytes: no file of ours does, and a device could go on for ever.
 inline constexpr size_t kLargestFile = size_t{64} << 20;
 [[nodiscard]] int read_file(const char *path, std::string &content);
 

@@ -1,0 +1,281 @@
+// Loading and saving a whole configuration while system calls and allocations fail, and while the process is killed.
+// Each section of the file is the old or the new one, whole, and nothing is left beside the file.
+#include "tests/faults/faults.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <random>
+#include <set>
+#include <sstream>
+#include <thread>
+
+#include "corbix/xconfig.h"
+#include "setup/cfgmask/settings.h"
+#include "setup/cfgmask/writers.h"
+#include "setup/events_cfg/catalogue.h"
+#include "setup/events_cfg/event_table.h"
+#include "setup/mail/mail.h"
+#include "setup/session.h"
+#include "tests/folder.h"
+#include "util/text.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kFile[] = "ups.cfg";
+constexpr char kSecondName[] = "second";  // a hard link: the file must be written in place
+
+constexpr int (*kSections[])(const char *) = {save_std_cfg, save_custom_cfg, save_path_cfg, save_mail_cfg,
+                                              save_new_event_cfg};
+constexpr unsigned kSectionSets = 1U << std::size(kSections);
+
+enum class Way { kRename, kInPlace, kNewFile };
+constexpr Way kWays[] = {Way::kRename, Way::kInPlace, Way::kNewFile};
+
+int load(Way way) { return way == Way::kNewFile ? init_new_config_vals() : init_config_vals(kFile); }
+
+// Changes something in every section; 0 when that was not possible.
+int change_settings(int32_t number) {
+  StdRec.power = number;
+  CustomRec.shutdown_minutes = number % 90 + 1;
+  PathRec.data_log_size = number;
+  cpynstr(MailRec.subject, "event " + std::to_string(number));
+  return EventStrings.nCount == kEventCount &&
+         store_event_jobs(3, ("LOGMSG(\"" + std::to_string(number) + "\")O;").c_str());
+}
+
+std::string content_or_none() { return fs::exists(kFile) ? get_file(kFile) : "(none)"; }
+
+// How many files there are that do not belong there.
+long leftovers() {
+  long count = 0;
+  for (const auto &entry : fs::directory_iterator(".")) {
+    const std::string name = entry.path().filename();
+    if (name != kFile && name != kSecondName) ++count;
+  }
+  return count;
+}
+
+// In memory where the system has a folder for that: thousands of flushed files.
+const char *folder_pattern() { return access("/dev/shm", W_OK) == 0 ? "/dev/shm/kav-XXXXXX" : "/tmp/kav-XXXXXX"; }
+
+struct Faults : testing::Test {
+  WorkingFolder folder{folder_pattern()};
+  std::string old;                // what a run finds; "(none)" for a new file
+  std::set<std::string> allowed;  // what it may leave
+  std::string complete;           // what it leaves when all goes well
+
+  Faults() {
+    init_tab();
+    init_mail_tab();
+    init_function_tab();
+    plan_faults({});
+  }
+
+  // Whether every line is one of the old or the new file.
+  bool holds_known_lines(const std::string &content) const {
+    std::istringstream lines(content), known_lines(old + complete);
+    std::set<std::string> known;
+    for (std::string line; std::getline(known_lines, line);) known.insert(line);
+    for (std::string line; std::getline(lines, line);) {
+      if (!known.contains(line)) return false;
+    }
+    return content.ends_with('\n');
+  }
+
+  void lay_out(Way way) {
+    fs::remove(kFile);
+    fs::remove(kSecondName);
+    if (old == "(none)") return;
+    put_file(kFile, old);
+    if (way == Way::kInPlace) fs::create_hard_link(kFile, kSecondName);
+  }
+
+  // An old configuration, and every content that saving new settings may leave: any section saved, or not.
+  void prepare(Way way) {
+    old = "(none)";
+    lay_out(way);
+    init_new_config_vals();
+    EXPECT_EQ(change_settings(500), 1);
+    if (way != Way::kNewFile) {
+      EXPECT_EQ(save_configuration(kFile), 1);
+      old = "; of the site\n" + get_file(kFile) + "\n[rack]\nrow=4\n";
+    }
+    allowed = {old};
+    for (unsigned sections = 0; sections < kSectionSets; ++sections) {
+      lay_out(way);
+      EXPECT_EQ(load(way) + change_settings(700), 2);
+      if (way == Way::kNewFile) put_file(kFile, "#\n#  KAVLON Pro Configuration\n#\n\n");
+      for (size_t i = 0; i < std::size(kSections); ++i) {
+        const bool wanted = (sections >> i & 1) != 0;
+        EXPECT_TRUE(!wanted || kSections[i](kFile) > 0);
+      }
+      complete = get_file(kFile);
+      allowed.insert(complete);
+    }
+  }
+
+  // A section in which memory ran out has its first settings saved, as after any setting that is refused; and where a
+  // setting's result does not count, it is only missing.
+  void expect_whole(bool saved, bool settings_may_lack = false) const {
+    const std::string found = content_or_none();
+    EXPECT_TRUE(allowed.contains(found) || (settings_may_lack && holds_known_lines(found))) << found;
+    EXPECT_TRUE(!saved || settings_may_lack || found == complete) << "told as saved, but it is not";
+    EXPECT_EQ(leftovers(), 0);
+  }
+};
+
+// What came of a run: whether the save was told as done, whether memory ran out where nothing could be done about it,
+// and whether the fault was met at all.
+struct Outcome {
+  bool saved = false, ended = false, met = true;
+};
+
+int load_change_save(Way way) { return load(way) && change_settings(700) && save_configuration(kFile); }
+
+Outcome run_with_fault(Way way, const FaultPlan &plan) {
+  Outcome run;
+  plan_faults(plan);
+  try {
+    run.saved = load_change_save(way) == 1;
+  } catch (const std::bad_alloc &) {
+    run.ended = true;
+  }
+  run.met = fault_happened();
+  plan_faults({});
+  XCloseProfile();
+  return run;
+}
+
+pid_t start_child(const std::function<void()> &work) {
+  const pid_t child = fork();
+  if (child != 0) return child;
+  dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
+  [&]() noexcept { work(); }();  // what is thrown ends it, as it ends the program
+  _exit(EXIT_SUCCESS);
+}
+
+// 128 and the signal for a killed one.
+int status_of(pid_t child) {
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+// A run that ends the program, in a process of its own.
+int status_of_run(Way way, const FaultPlan &plan) {
+  return status_of(start_child([&] {
+    plan_faults(plan);
+    load_change_save(way);
+  }));
+}
+
+TEST_F(Faults, AnySystemCallOfASaveMayFail) {
+  int injected = 0;
+  for (const Way way : kWays) {
+    prepare(way);
+    for (const int error : {0, EIO, ENOSPC, EINTR, EACCES, EMFILE}) {
+      Outcome run;
+      for (int call = 1; run.met && !HasFailure(); ++call) {
+        lay_out(way);
+        run = run_with_fault(way, {.call = call, .error = error});
+        expect_whole(run.saved);
+        EXPECT_TRUE(run.saved || (run.met && error != 0)) << "nothing failed, but it is not saved";
+        EXPECT_FALSE(HasFailure()) << "way " << static_cast<int>(way) << ", call " << call << ", error " << error;
+        injected += run.met;
+      }
+    }
+  }
+  std::printf("%d system calls went wrong\n", injected);
+}
+
+TEST_F(Faults, AnyAllocationMayFail) {
+  int injected = 0, ended = 0;
+  for (const Way way : kWays) {
+    prepare(way);
+    Outcome run;
+    for (int allocation = 1; run.met && !HasFailure(); ++allocation) {
+      lay_out(way);
+      run = run_with_fault(way, {.allocation = allocation});
+      if (run.ended) {
+        lay_out(way);
+        EXPECT_EQ(status_of_run(way, {.allocation = allocation}), 128 + SIGABRT);
+      }
+      expect_whole(run.saved, true);
+      EXPECT_FALSE(HasFailure()) << "way " << static_cast<int>(way) << ", allocation " << allocation;
+      injected += run.met;
+      ended += run.ended;
+    }
+  }
+  std::printf("%d allocations failed, %d of them ended the program\n", injected, ended);
+}
+
+// What a killed save has left: a whole file; or, where it was being written in place, its whole copy. The number of
+// copies and unfinished files beside it.
+struct AfterKill : Faults {
+  long expect_recoverable(Way way) const {
+    bool whole = allowed.contains(content_or_none());
+    for (const auto &entry : fs::directory_iterator(".")) {
+      const std::string name = entry.path().filename();
+      if (way == Way::kInPlace && name.starts_with(".kavsetup-")) whole = whole || allowed.contains(get_file(name));
+    }
+    EXPECT_TRUE(whole) << content_or_none();
+    EXPECT_LE(leftovers(), 1);
+    return leftovers();
+  }
+  static void clear() {
+    for (const auto &entry : fs::directory_iterator(".")) fs::remove(entry.path());
+  }
+};
+
+TEST_F(AfterKill, BeforeAnySystemCallOfASave) {
+  int kills = 0;
+  for (const Way way : kWays) {
+    prepare(way);
+    for (int call = 1, status = 128 + SIGKILL; status == 128 + SIGKILL && !HasFailure(); ++call) {
+      clear();
+      lay_out(way);
+      status = status_of_run(way, {.kill_at_call = call});
+      expect_recoverable(way);
+      kills += status == 128 + SIGKILL;
+    }
+  }
+  EXPECT_GT(kills, 200);
+  std::printf("killed before %d system calls\n", kills);
+}
+
+// KAV_KILLS: how often; each time in the midst of saves that follow each other without a pause.
+TEST_F(AfterKill, AtRandomMoments) {
+  const char *wanted = std::getenv("KAV_KILLS");
+  const int kills = wanted == nullptr ? 60 : std::atoi(wanted);
+  std::mt19937 random(7);
+  long left = 0;
+  for (const Way way : {Way::kRename, Way::kInPlace}) {
+    prepare(way);
+    for (int i = 0; i < kills / 2 && !HasFailure(); ++i) {
+      clear();
+      lay_out(way);
+      const pid_t child = start_child([&] {
+        for (int number = 500;; number = 1200 - number) {
+          if (load(way) && change_settings(number)) save_configuration(kFile);
+        }
+      });
+      std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000));
+      kill(child, SIGKILL);
+      EXPECT_EQ(status_of(child), 128 + SIGKILL);
+      left += expect_recoverable(way);
+    }
+  }
+  std::printf("killed %d times; %ld files were left beside the configuration\n", kills, left);
+}
+
+}  // namespace
