@@ -45,11 +45,16 @@ void store_defaults(std::span<const LoadRow> rows) {
   for (const LoadRow &row : rows) store_value(row, row.fallback, false);
 }
 
-const char *default_in(std::span<const LoadRow> rows, const char *key) {
+const LoadRow *load_row_in(std::span<const LoadRow> rows, const char *key) {
   for (const LoadRow &row : rows) {
-    if (std::strcmp(row.key, key) == 0) return row.fallback;
+    if (std::strcmp(row.key, key) == 0) return &row;
   }
   return nullptr;
+}
+
+const char *default_in(std::span<const LoadRow> rows, const char *key) {
+  const LoadRow *row = load_row_in(rows, key);
+  return row == nullptr ? nullptr : row->fallback;
 }
 
 const char *fault_notice(ProfileFault fault) {

@@ -57,7 +57,8 @@ struct WriteRow {
 const char *section_notice(std::span<const WriteRow> rows, const char *(*fallback)(const char *key));
 // The text for one fault; null for none.
 const char *fault_notice(ProfileFault fault);
-// The default of a key of `rows`; null when it is none of theirs.
+// The row of a key, and its default; null when it is none of theirs.
+const LoadRow *load_row_in(std::span<const LoadRow> rows, const char *key);
 const char *default_in(std::span<const LoadRow> rows, const char *key);
 
 // Writes the rows in order into the configuration `file`, behind which the file is closed. 1; or 0 when it can't be

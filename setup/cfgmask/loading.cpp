@@ -138,16 +138,21 @@ void trace_ups_defaults() {
 
 }  // namespace
 
-const char *default_of_setting(const char *key) {
+const LoadRow *load_row_of_setting(const char *key) {
   for (const std::span<const LoadRow> rows : {std::span<const LoadRow>(kUpsRows), {kSystemRows}, {kExtraSwitchRows}}) {
-    if (const char *fallback = default_in(rows, key)) return fallback;
+    if (const LoadRow *row = load_row_in(rows, key)) return row;
   }
   for (const std::span<const PathRow> rows : {std::span<const PathRow>(kExtraPathRows), {kLogPathRows}}) {
     for (const PathRow &row : rows) {
-      if (const char *fallback = default_in({&row.setting, 1}, key)) return fallback;
+      if (const LoadRow *setting = load_row_in({&row.setting, 1}, key)) return setting;
     }
   }
-  return default_in(kDataLogRows, key);
+  return load_row_in(kDataLogRows, key);
+}
+
+const char *default_of_setting(const char *key) {
+  const LoadRow *row = load_row_of_setting(key);
+  return row == nullptr ? nullptr : row->fallback;
 }
 
 int init_config_vals(const char *file) {

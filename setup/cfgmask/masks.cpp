@@ -56,17 +56,9 @@ constexpr FrameLabel kStdFrame[] = {
 
 bool std_has_list(int field) { return field == kModel; }
 
-// Everything that depends on the model follows it: line settings, ratings, and the job lists of the events.
 void pick_model(WINDOW *win, int) {
   char name[sizeof(ModelEntry::ups_name)];
-  if (!get_upsname(win, name)) return;
-  const int model = get_ups_list_id(UpsTypeArr, name);
-  fill_baudrate(win, model);
-  fill_ups_rec(win, &UpsTypeArr[model]);
-  DbEventListCnt = fill_event_strings(name);
-  DbFuncListCnt = 0;
-  const bool needs_password = std::strncmp(name, "ZELK", 4) == 0 && CustomRec.password[0] == '\0';
-  if (needs_password) put_field(&CustomRec, CustomTabArr, kPassword, default_of_setting("PASSWORD"));
+  if (get_upsname(win, name)) choose_model(win, name);
 }
 
 int model_is_chosen(WINDOW *win) {
@@ -86,18 +78,9 @@ constexpr FrameLabel kCustomFrame[] = {
     {8, 2, customframe_label07}, {9, 2, customframe_label08}, {10, 2, customframe_label09},
 };
 
-// Without a system shutdown there is nothing for the UPS shutdown and the fixed shutdown to follow.
 bool custom_has_list(int field) {
-  switch (field) {
-    case kShutdownAllowed:
-    case kUpsRestart:
-      return true;
-    case kUpsShutdown:
-    case kUpTimeSupport:
-      return std::strncmp(CustomRec.shutdown_allowed, "yes", 3) == 0;
-    default:
-      return false;
-  }
+  if (follows_shutdown(field)) return std::strncmp(CustomRec.shutdown_allowed, "yes", 3) == 0;
+  return field == kShutdownAllowed || field == kUpsRestart;
 }
 
 const char *custom_list_title(int field) {
@@ -117,9 +100,9 @@ void pick_custom(WINDOW *win, int field) {
   constexpr int kNo = 2;
   const int choice = yes_no_box(win, custom_list_title(field));
   fill_custom_rec(win, choice, field);
-  if (field == kShutdownAllowed && choice == kNo) {
-    fill_custom_rec(win, kNo, kUpsShutdown);
-    fill_custom_rec(win, kNo, kUpTimeSupport);
+  if (field != kShutdownAllowed || choice != kNo) return;
+  for (int other = 0; other < kCustomFieldCount; other++) {
+    if (follows_shutdown(other)) fill_custom_rec(win, kNo, other);
   }
 }
 
@@ -204,5 +187,17 @@ int fill_path_rec(WINDOW *win, int choice, int field) {
 int fill_special_rec(WINDOW *win, int choice, int field) {
   return fill_yes_no(win, field_of_mask(kMaskExtraJobs, field), choice);
 }
+
+void choose_model(WINDOW *win, const char *name) {
+  const int model = get_ups_list_id(UpsTypeArr, name);
+  fill_baudrate(win, model);
+  fill_ups_rec(win, &UpsTypeArr[model]);
+  DbEventListCnt = fill_event_strings(name);
+  DbFuncListCnt = 0;
+  const bool needs_password = std::strncmp(name, "ZELK", 4) == 0 && CustomRec.password[0] == '\0';
+  if (needs_password) put_field(&CustomRec, CustomTabArr, kPassword, default_of_setting("PASSWORD"));
+}
+
+int follows_shutdown(int field) { return field == kUpsShutdown || field == kUpTimeSupport; }
 
 int is_shutdown_with_sched(int code) { return code == kSchedulerEvent; }

@@ -26,12 +26,17 @@ int yes_no_box(WINDOW *win, const char *title);
 int fill_custom_rec(WINDOW *win, int choice, int field);
 int fill_path_rec(WINDOW *win, int choice, int field);
 int fill_special_rec(WINDOW *win, int choice, int field);
+// 1 for a field of the system mask that is "no" as long as the system may not be shut down, else 0.
+int follows_shutdown(int field);
 
 // The model list: the chosen name into `name` (32 bytes), nonzero; 0, and `name` as it was, when none was chosen.
 int show_ups_list(WINDOW *win, char *name);
 int get_upsname(WINDOW *win, char *name);
 // A model's values into the UPS settings; shown too when there is a window. Never for the "LAST" entry.
 void fill_ups_rec(WINDOW *win, const ModelEntry *entry);
+// Makes `name`, a model of UpsTypeArr, the chosen one, with everything that depends on it: line settings, ratings, the
+// job lists of the events, and a password where the model needs one. Shown too when there is a window.
+void choose_model(WINDOW *win, const char *name);
 
 // The line settings of a serial port.
 struct LineSettings {

@@ -156,7 +156,8 @@ int isZELKGSeries();
 
 // --- loading
 
-// The default of a key of the settings, null for another one.
+// How a key of the settings is loaded, and its default; null for another one.
+const LoadRow *load_row_of_setting(const char *key);
 const char *default_of_setting(const char *key);
 
 // All records from the configuration `file`, missing keys from the defaults: 1, or 0 (records untouched) when it can't

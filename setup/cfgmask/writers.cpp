@@ -127,6 +127,8 @@ constexpr WriteRow kExtraJobSection[] = {
     {"ExtraJob3", extra_job_text, 8},
 };
 
+}  // namespace
+
 std::span<const WriteRow> section_of_mask(int mask) {
   switch (mask) {
     case kMaskUps:
@@ -139,8 +141,6 @@ std::span<const WriteRow> section_of_mask(int mask) {
       return kExtraJobSection;
   }
 }
-
-}  // namespace
 
 int save_std_cfg(const char *file) { return write_section(file, kUpsSection); }
 int save_custom_cfg(const char *file) {

@@ -18,9 +18,9 @@ constexpr int kReadMode = 1;
 constexpr int kWriteMode = 2;
 constexpr int kListBuffer = 2048;
 
-std::string event_key(int event) { return "Event" + std::to_string(event); }
-
 }  // namespace
+
+std::string event_key(int event) { return "Event" + std::to_string(event); }
 
 void init_cstr_array() {
   CStrArr_Empty(&EventStrings);

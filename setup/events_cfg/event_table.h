@@ -1,6 +1,8 @@
 // The job lists of the 25 events while the tool runs: their defaults, and how they are read and saved.
 #pragma once
 
+#include <string>
+
 #include "setup/events_cfg/texts.h"
 #include "upstools/cfg_obj.h"
 
@@ -11,6 +13,9 @@ extern CStrArr EventStrings;
 extern int DbEventListCnt;
 // The model (its first 30 characters) that the lists are for; written when lists are read and when the editor starts.
 extern char event_ups_name[31];
+
+// The key of an event's list: "Event0" to "Event24".
+std::string event_key(int event);
 
 // Makes EventStrings an empty array, whatever it held before.
 void init_cstr_array();

@@ -197,8 +197,7 @@ const char *job_notice(int) {
   const auto job = std::make_unique<JobRec>(*edited.job);
   std::string text;
   if (!save_function_values(*job, edited.event) || !build_func_string(*job, text)) return nullptr;
-  const std::string key = "Event" + std::to_string(edited.event);
-  return fault_notice(XSurvives(kTmpTopic, key, list_with(text)));
+  return fault_notice(XSurvives(kTmpTopic, event_key(edited.event), list_with(text)));
 }
 
 Mask make_mask(int function) {

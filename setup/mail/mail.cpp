@@ -64,15 +64,9 @@ int smtp_host_text(int field, char *value) {
   return 1;
 }
 
-// Any case of "yes" counts when saving; the mask opens its fields for the lower-case word only.
-bool smtp_counts_as_enabled() {
-  char word[256];
-  return std::strcmp(Xstrupr(text_in(mail_field(kMailEnableFlag), word)), "YES") == 0;
-}
-
 int smtp_user_text(int field, char *value) {
   value[0] = '\0';
-  return smtp_counts_as_enabled() ? mail_text(field, value) : 1;
+  return keeps_smtp_user() ? mail_text(field, value) : 1;
 }
 
 int smtp_password_text(int field, char *value) {
@@ -153,6 +147,13 @@ void read_mail_cfg(const char *) {
 }
 
 int save_mail_cfg(const char *file) { return write_section(file, kWriteRows); }
+int keeps_smtp_user() {
+  char word[256];
+  return std::strcmp(Xstrupr(text_in(mail_field(kMailEnableFlag), word)), "YES") == 0;
+}
+
+std::span<const WriteRow> mail_section() { return kWriteRows; }
+const LoadRow *load_row_of_mail(const char *key) { return load_row_in(kLoadRows, key); }
 
 int edit_mail_cfg(WINDOW *, int32_t attr) {
   run_mask(kMailMask, attr);

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "screen/maskelib.h"
+#include "setup/section.h"
 
 // Members follow MailTabArr; texts may fill their member without a terminator. Written by the functions below and by
 // the mask; the password is in clear here.
@@ -38,6 +40,12 @@ void init_mail_cfg();
 void read_mail_cfg(const char *file);
 // Writes MailRec; 1, or 0 when a key was not stored. Without SMTP the stored user and password are erased.
 int save_mail_cfg(const char *file);
+// 1 when MailRec's SMTP user and password will be written, not erased: any case of "yes" counts for that, while the mask
+// opens its fields for the lower-case word only.
+int keeps_smtp_user();
+// The keys in the order of their writing; and how a key is loaded, null for one that is none of the mail settings.
+std::span<const WriteRow> mail_section();
+const LoadRow *load_row_of_mail(const char *key);
 
 // The mask above `parent` until it is left; 0.
 int edit_mail_cfg(WINDOW *parent, int32_t attr);
