@@ -54,7 +54,9 @@ int read_character(WINDOW *win, int first) {
     typed += static_cast<char>(next);
     character = typed_character(typed);
   }
-  if (character.bytes < typed.size()) ungetch(static_cast<unsigned char>(typed.back()));  // it may begin another one
+  const std::string_view last = std::string_view(typed).substr(typed.size() - 1);
+  const bool begins_another = character.bytes < typed.size() && typed_character(last).bytes == 0;
+  if (begins_another) ungetch(static_cast<unsigned char>(last.front()));
   if (character.text.empty()) return kKeyUnfit;
   rest_of_character = character.text.substr(1);
   return static_cast<unsigned char>(character.text.front());

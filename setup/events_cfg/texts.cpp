@@ -94,7 +94,7 @@ Label funcpar_list[kFunctionCount][kParameterSlots] = {
         {R"(USER|STRING|Enter username of recipient, eg."username", or )"
          R"(| use "*" for all users on this computer, "local" for local computer only.)",
          R"(宛先|STRING|宛先のユーザ名を入力してください。例: "username")"
-         R"(|このコンピュータの全ユーザは "*"、このコンピュータだけは "local")"},
+         R"(|このコンピュータの全ユーザ: "*"、このコンピュータのみ: "local")"},
         {"ID|ULONG|Enter the textnumber to be sent"
          "|Example: 601 = Use Powerfail default message out of message.dat file.",
          "番号|ULONG|送信するメッセージの番号を入力してください。"
