@@ -2,23 +2,19 @@
 #include "util/files.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
-#include <filesystem>
 #include <functional>
-#include <string>
 #include <vector>
+
+#include "tests/folder.h"
 
 namespace {
 
@@ -64,34 +60,27 @@ namespace {
 constexpr int kSkip = 77;
 constexpr uid_t kNobody = 65534;
 
+constexpr char kFile[] = "ups.cfg";
+
 struct Files : testing::Test {
-  std::string folder = (fs::temp_directory_path() / "kavsetup-files-XXXXXX").string();
-  std::string file;
-  void SetUp() override {
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
-    chmod(folder.c_str(), 0755);
-    file = folder + "/ups.cfg";
-    put(file, "old content\n");
+  const WorkingFolder folder;
+  Files() {
+    chmod(".", 0755);
+    put_file(kFile, "old content\n");
     faults = {};
   }
-  void TearDown() override { fs::remove_all(folder); }
-
-  static void put(const std::string &path, std::string_view content) {
-    const Stream stream(OpenAFile(path.c_str(), "w"));
-    ASSERT_EQ(std::fwrite(content.data(), 1, content.size(), stream.get()), content.size());
-  }
-  static std::string get(const std::string &path) {
-    std::string content;
-    return read_file(path.c_str(), content) == 1 ? content : "<none>";
-  }
-  static struct stat state_of(const std::string &path) {
-    struct stat state = {};
-    lstat(path.c_str(), &state);
-    return state;
-  }
-  // How many entries the folder holds: nothing may be left beside the files.
-  [[nodiscard]] long entries() const { return std::distance(fs::directory_iterator(folder), fs::directory_iterator()); }
 };
+
+struct stat state_of(const char *path) {
+  struct stat state = {};
+  lstat(path, &state);
+  return state;
+}
+
+// How many entries a folder holds: nothing may be left beside the files.
+long entries(const char *folder = ".") {
+  return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
+}
 
 // The result of `work` in a process of its own, as root or as another user.
 int in_child(const std::function<int()> &work, uid_t user = 0) {
@@ -107,26 +96,24 @@ int in_child(const std::function<int()> &work, uid_t user = 0) {
 
 TEST_F(Files, NewFilesAreForOwnerAndGroup) {
   umask(022);
-  const std::string created = folder + "/created";
-  const std::string replaced = folder + "/replaced";
-  EXPECT_EQ(CreateAFile(created.c_str()), 1);
-  EXPECT_EQ(AFileHasAtLeastOneLine(created.c_str()), 0);
-  EXPECT_EQ(replace_file(replaced.c_str(), "new"), 1);
-  EXPECT_EQ(get(replaced), "new");
-  for (const std::string &path : {created, replaced}) EXPECT_EQ(state_of(path).st_mode & 07777, 0640U);
+  EXPECT_EQ(CreateAFile("created"), 1);
+  EXPECT_EQ(AFileHasAtLeastOneLine("created"), 0);
+  EXPECT_EQ(replace_file("replaced", "new"), 1);
+  EXPECT_EQ(get_file("replaced"), "new");
+  for (const char *path : {"created", "replaced"}) EXPECT_EQ(state_of(path).st_mode & 07777, 0640U);
 }
 
 TEST_F(Files, LinksStay) {
-  fs::create_directory(folder + "/sub");
-  fs::create_symlink("sub/real", folder + "/link");
-  fs::create_hard_link(file, folder + "/second");
+  fs::create_directory("sub");
+  fs::create_symlink("sub/real", "link");
+  fs::create_hard_link(kFile, "second");
   for (const char *content : {"the target is made, the file grows", "shrinks"}) {
-    EXPECT_EQ(replace_file((folder + "/link").c_str(), content), 1);
-    EXPECT_EQ(get(folder + "/sub/real"), content);
-    EXPECT_EQ(replace_file(file.c_str(), content), 1);
-    EXPECT_EQ(get(folder + "/second"), content);
+    EXPECT_EQ(replace_file("link", content), 1);
+    EXPECT_EQ(get_file("sub/real"), content);
+    EXPECT_EQ(replace_file(kFile, content), 1);
+    EXPECT_EQ(get_file("second"), content);
   }
-  EXPECT_TRUE(fs::is_symlink(folder + "/link"));
+  EXPECT_TRUE(fs::is_symlink("link"));
   EXPECT_EQ(entries(), 4);
 }
 
@@ -136,44 +123,42 @@ TEST_F(Files, AttributesAreKept) {
       "\2\0\0\0\1\0\6\0\377\377\377\377\2\0\4\0\7\0\0\0\4\0\0\0\377\377\377\377\20\0\4\0\377\377\377\377\40\0\0\0"
       "\377\377\377\377",
       44);
-  const bool possible = chown(file.c_str(), 1234, 1234) == 0 &&
-                        setxattr(folder.c_str(), "system.posix_acl_default", list.data(), list.size(), 0) == 0 &&
-                        setxattr(file.c_str(), "user.note", "site", 4, 0) == 0;
-  chmod(file.c_str(), 0604);
+  const bool possible = chown(kFile, 1234, 1234) == 0 &&
+                        setxattr(".", "system.posix_acl_default", list.data(), list.size(), 0) == 0 &&
+                        setxattr(kFile, "user.note", "site", 4, 0) == 0;
+  chmod(kFile, 0604);
   char value[64];
-  const struct stat before = state_of(file);
-  ASSERT_EQ(replace_file(file.c_str(), "new"), 1);
-  EXPECT_NE(state_of(file).st_ino, before.st_ino);
-  EXPECT_EQ(state_of(file).st_mode, before.st_mode);
-  EXPECT_EQ(state_of(file).st_uid, before.st_uid);
-  EXPECT_EQ(state_of(file).st_gid, before.st_gid);
+  const struct stat before = state_of(kFile);
+  ASSERT_EQ(replace_file(kFile, "new"), 1);
+  EXPECT_NE(state_of(kFile).st_ino, before.st_ino);
+  EXPECT_EQ(state_of(kFile).st_mode, before.st_mode);
+  EXPECT_EQ(state_of(kFile).st_uid, before.st_uid);
+  EXPECT_EQ(state_of(kFile).st_gid, before.st_gid);
   if (!possible) GTEST_SKIP() << "not root, or a file system without attributes and access control lists";
-  EXPECT_EQ(getxattr(file.c_str(), "user.note", value, sizeof value), 4);
-  EXPECT_EQ(getxattr(file.c_str(), "system.posix_acl_access", value, sizeof value), -1) << "the folder's own was taken";
-  ASSERT_EQ(setxattr(file.c_str(), "system.posix_acl_access", list.data(), list.size(), 0), 0);
-  ASSERT_EQ(replace_file(file.c_str(), "newer"), 1);
-  ASSERT_EQ(getxattr(file.c_str(), "system.posix_acl_access", value, sizeof value), static_cast<long>(list.size()));
+  EXPECT_EQ(getxattr(kFile, "user.note", value, sizeof value), 4);
+  EXPECT_EQ(getxattr(kFile, "system.posix_acl_access", value, sizeof value), -1) << "the folder's own was taken";
+  ASSERT_EQ(setxattr(kFile, "system.posix_acl_access", list.data(), list.size(), 0), 0);
+  ASSERT_EQ(replace_file(kFile, "newer"), 1);
+  ASSERT_EQ(getxattr(kFile, "system.posix_acl_access", value, sizeof value), static_cast<long>(list.size()));
   EXPECT_EQ(std::string_view(value, list.size()), list);
 }
 
 TEST_F(Files, WhatIsNoRegularFileIsRefused) {
-  ASSERT_EQ(mkfifo((folder + "/pipe").c_str(), 0600), 0);
-  fs::create_symlink("loop", folder + "/loop");
-  for (const char *name : {"", "/pipe", "/loop", "/none/ups.cfg"}) {
-    EXPECT_EQ(replace_file((folder + name).c_str(), "x"), 0) << name;
-  }
+  ASSERT_EQ(mkfifo("pipe", 0600), 0);
+  fs::create_symlink("loop", "loop");
+  for (const char *name : {".", "pipe", "loop", "none/ups.cfg"}) EXPECT_EQ(replace_file(name, "x"), 0) << name;
   std::string content = "x";
   EXPECT_EQ(read_file("/dev/zero", content), 0);  // it never ends
-  EXPECT_EQ(read_file(folder.c_str(), content), 0);
+  EXPECT_EQ(read_file(".", content), 0);
   EXPECT_EQ(content, "");
 }
 
 TEST_F(Files, WrittenOnlyWhenChangedAndFlushedInOrder) {
-  const struct stat before = state_of(file);
-  EXPECT_EQ(replace_file(file.c_str(), "old content\n"), 1);
-  EXPECT_EQ(state_of(file).st_ino, before.st_ino);
+  const struct stat before = state_of(kFile);
+  EXPECT_EQ(replace_file(kFile, "old content\n"), 1);
+  EXPECT_EQ(state_of(kFile).st_ino, before.st_ino);
   EXPECT_TRUE(faults.calls.empty());
-  EXPECT_EQ(replace_file(file.c_str(), "new"), 1);
+  EXPECT_EQ(replace_file(kFile, "new"), 1);
   std::erase(faults.calls, "name");  // not every file system has files without names
   EXPECT_EQ(faults.calls, (std::vector<std::string>{"write", "flush", "rename", "flush folder"}));
 }
@@ -182,14 +167,14 @@ TEST_F(Files, WrittenOnlyWhenChangedAndFlushedInOrder) {
 TEST_F(Files, AnyFailureLeavesOneCompleteFile) {
   const std::string old(3000, 'o');
   const auto save_failing = [&](bool in_place, const std::string &content, int fail_at, int error) {
-    fs::remove(folder + "/second");
-    put(file, old);
-    if (in_place) fs::create_hard_link(file, folder + "/second");
+    fs::remove("second");
+    put_file(kFile, old);
+    if (in_place) fs::create_hard_link(kFile, "second");
     faults = {.fail_at = fail_at, .error = error, .longest = 1500, .calls = {}};
-    const int saved = replace_file(file.c_str(), content);
+    const int saved = replace_file(kFile, content);
     const bool failed_one = static_cast<int>(faults.calls.size()) >= fail_at;
     const bool renamed = !in_place && faults.calls.back() == "flush folder";
-    EXPECT_EQ(get(file), saved == 1 || renamed ? content : old);
+    EXPECT_EQ(get_file(kFile), saved == 1 || renamed ? content : old);
     EXPECT_EQ(entries(), in_place ? 2 : 1);
     EXPECT_TRUE(saved == 1 || (failed_one && error != EINTR));
     return failed_one;
@@ -205,27 +190,9 @@ TEST_F(Files, AnyFailureLeavesOneCompleteFile) {
   }
 }
 
-TEST_F(Files, WriteErrorsInTheMiddleLeaveTheOldFile) {
-  const std::string old(3000, 'o');
-  put(file, old);
-  for (const long links : {1, 2}) {
-    if (links == 2) fs::create_hard_link(file, folder + "/second");
-    for (const rlim_t limit : {4000, 2000}) {  // the second would not even let a copy be made
-      const auto save_limited = [&] {
-        const struct rlimit size = {.rlim_cur = limit, .rlim_max = limit};
-        signal(SIGXFSZ, SIG_IGN);
-        return setrlimit(RLIMIT_FSIZE, &size) == 0 ? replace_file(file.c_str(), std::string(limit + 500, 'n')) : kSkip;
-      };
-      EXPECT_EQ(in_child(save_limited), 0);
-      EXPECT_EQ(get(file), old) << links << " " << limit;
-      EXPECT_EQ(entries(), links);
-    }
-  }
-}
-
 TEST_F(Files, WithoutRightsOnFolderOrOwner) {
   if (geteuid() != 0) GTEST_SKIP() << "needs root to become another user";
-  const ino_t same_file = state_of(file).st_ino;
+  const ino_t same_file = state_of(kFile).st_ino;
   const struct {
     mode_t folder, file;
     int saved;
@@ -236,36 +203,35 @@ TEST_F(Files, WithoutRightsOnFolderOrOwner) {
       {01777, 0666, 1},  // nor may the file be renamed over
   };
   for (const auto &c : cases) {
-    chmod(folder.c_str(), c.folder);
-    chmod(file.c_str(), c.file);
+    chmod(".", c.folder);
+    chmod(kFile, c.file);
     const std::string content = std::to_string(c.folder);
-    EXPECT_EQ(in_child([&] { return replace_file(file.c_str(), content); }, kNobody), c.saved) << content;
-    EXPECT_EQ(get(file) == content, c.saved == 1) << content;
+    EXPECT_EQ(in_child([&] { return replace_file(kFile, content); }, kNobody), c.saved) << content;
+    EXPECT_EQ(get_file(kFile) == content, c.saved == 1) << content;
   }
-  EXPECT_EQ(state_of(file).st_uid, 0U);
-  EXPECT_EQ(state_of(file).st_ino, same_file);
+  EXPECT_EQ(state_of(kFile).st_uid, 0U);
+  EXPECT_EQ(state_of(kFile).st_ino, same_file);
   EXPECT_EQ(entries(), 1);
 }
 
 TEST_F(Files, MountedFilesAndFullDisks) {
-  const std::string disk = folder + "/disk";
-  const std::string full = disk + "/ups.cfg";
   const std::string old(20000, 'o');
-  fs::create_directory(disk);
-  put(folder + "/below", "below");
+  fs::create_directory("disk");
+  put_file("below", "below");
   const int result = in_child([&] {
     if (unshare(CLONE_NEWNS) != 0 || mount("", "/", "", MS_REC | MS_PRIVATE, "") != 0 ||
-        mount((folder + "/below").c_str(), file.c_str(), "", MS_BIND, "") != 0 ||
-        mount("tmpfs", disk.c_str(), "tmpfs", 0, "size=64k") != 0) {
+        mount("below", kFile, "", MS_BIND, "") != 0 || mount("tmpfs", "disk", "tmpfs", 0, "size=64k") != 0) {
       return kSkip;
     }
-    const auto refused = [&] { return replace_file(full.c_str(), std::string(100000, 'n')) == 0 && get(full) == old; };
-    if (replace_file(file.c_str(), "mounted") != 1 || get(folder + "/below") != "mounted" || entries() != 3) return 1;
-    put(full, old);
+    const auto refused = [&] {
+      return replace_file("disk/ups.cfg", std::string(100000, 'n')) == 0 && get_file("disk/ups.cfg") == old;
+    };
+    if (replace_file(kFile, "mounted") != 1 || get_file("below") != "mounted" || entries() != 3) return 1;
+    put_file("disk/ups.cfg", old);
     if (!refused()) return 2;  // by renaming
-    fs::create_hard_link(full, disk + "/second");
+    fs::create_hard_link("disk/ups.cfg", "disk/second");
     if (!refused()) return 3;  // in place
-    return std::distance(fs::directory_iterator(disk), fs::directory_iterator()) == 2 ? 0 : 4;
+    return entries("disk") == 2 ? 0 : 4;
   });
   if (result == kSkip) GTEST_SKIP() << "mounting is not permitted here";
   EXPECT_EQ(result, 0);

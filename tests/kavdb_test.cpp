@@ -23,8 +23,7 @@ int run_kavdb(const std::string &arguments, std::string &output, const std::stri
 }
 
 std::string random_source(std::mt19937 &random) {
-  constexpr std::string_view kPieces[] = {"[UPS]\n", "\n", "; note\n", "# x\n",    "a|b|\"c\"", "\n",
-                                          "\r",      " ",  "k=v\n",    "\xA4\xA2", "\t"};
+  constexpr std::string_view kPieces[] = {"[UPS]\n", "\n", "; note\n", "a|b|\"c\"", "\n", "\r", " ", "\xA4\xA2", "\t"};
   std::string source;
   for (unsigned count = random() % 40; count > 0; --count) {
     if (random() % 8 == 0) source += std::string(random() % 900, static_cast<char>(random() % 255 + 1)) + "\n";
@@ -61,7 +60,6 @@ TEST(CodedForm, RefusesWhatWouldNotComeBack) {
   EXPECT_EQ(coded, "?");
 }
 
-// The store codes its lines in the same way, so that a database that it has written can be printed too.
 TEST(CodedForm, IsThatOfTheStore) {
   const OpenDatabase db("[UPS]\na|b\n\n[CUSTOM]\nVersion=1");
   ASSERT_EQ(XWriteInCodedPrivateProfileString("CUSTOM", "Version", "2.0.0.0", "upstyp.ups"), 1);
@@ -83,7 +81,6 @@ TEST(Check, NamesTheFault) {
       {"|0x805C|0|3000|10", "|0x805C|0|3000|", "UPS", "8 hold minutes", "missing"},
       {"VITAL_ZELK|", "NONE|", "UPS", "15 vital section", "section 'NONE' of 'ZELK K-TSN030-200' is missing"},
       {"FUNC_ZELK|SAVED_EVENTS", "FUNC_ZELK|", "UPS", "21 saved-events section", "missing for 'ZELK K-TSN030-200'"},
-      {"|Output voltage|V|1", "|Output voltage|V", "VARIABLEN", "4 decimals", "missing"},
       {"33|BATTERY_DATE", "32|BATTERY_DATE", "VARIABLEN", "0 variable", "'32' is in line"},
       {"10|10\n", "19|10\n", "POLL_ZELK", "0 variable", "'19' is not in VARIABLEN"},
       {"33|\"%B\"", "33|%B|x", "INFO_ZELK", "get-info entry", "3 fields, not 2 at most"},
@@ -136,7 +133,6 @@ TEST(Program, TellsWhatIsWrong) {
   EXPECT_EQ(run_kavdb("list -", output, "printf '[UPS]\nA\\033|1\n'"), 1);
   EXPECT_EQ(lines_of(output)[0], "standard input:2: UPS: model: can't be read, try kavdb check\n");
   EXPECT_EQ(output.find('\033'), std::string::npos) << "control bytes are not shown";
-  EXPECT_EQ(run_kavdb("--help", output), 0);
   for (const char *arguments : {"", "dump", "dump a b", "compile a", "help"}) {
     EXPECT_EQ(run_kavdb(arguments, output), 2) << arguments;
     EXPECT_TRUE(output.starts_with("usage: kavdb compile")) << arguments;

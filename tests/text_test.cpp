@@ -12,6 +12,8 @@
 
 namespace {
 
+using std::string_literals::operator""s;
+
 TEST(Tokens, PiecesAndTheirNumber) {
   const struct {
     const char *text, *sep;
@@ -27,12 +29,10 @@ TEST(Tokens, PiecesAndTheirNumber) {
       {"a|b", "|", 0, "", "", 2, 2},        {"", "", 1, "", "", 0, 0},
   };
   for (const auto &c : cases) {
-    SCOPED_TRACE(std::string(c.text) + " " + c.sep + " " + std::to_string(c.n));
     char out[8];
-    EXPECT_STREQ(ctoken(out, sizeof out, c.text, c.sep, c.n), c.piece);
-    EXPECT_STREQ(token(out, sizeof out, c.text, c.sep, c.n), c.run_piece);
-    EXPECT_EQ(cnumtoken(c.text, c.sep), c.pieces);
-    EXPECT_EQ(numtoken(c.text, c.sep), c.run_pieces);
+    EXPECT_STREQ(ctoken(out, sizeof out, c.text, c.sep, c.n), c.piece) << c.text << c.n;
+    EXPECT_STREQ(token(out, sizeof out, c.text, c.sep, c.n), c.run_piece) << c.text << c.n;
+    EXPECT_TRUE(cnumtoken(c.text, c.sep) == c.pieces && numtoken(c.text, c.sep) == c.run_pieces) << c.text;
   }
   EXPECT_EQ(wp_numtoken(" one\ttwo\x1A\n three "), 3);
 }
@@ -43,16 +43,14 @@ TEST(Text, CopiesStayInTheirPlace) {
     copy(place, src, n);
     return std::string(place, sizeof place - 1);
   };
-  const std::string none(1, '\0');
   const auto bounded = [](char *dst, const char *src, int n) { cpynstr(dst, src, n); };
-  EXPECT_EQ(copied(bounded, "abcdef", 4), "abc" + none + "....");
+  EXPECT_EQ(copied(bounded, "abcdef", 4), "abc\0...."s);
   EXPECT_EQ(copied(bounded, "ab", 0), "........");
-  EXPECT_EQ(copied(cpynchr, "ab cd", 8), "ab" + none + ".....");
+  EXPECT_EQ(copied(cpynchr, "ab cd", 8), "ab\0....."s);
   EXPECT_EQ(copied(cpychr, "ab", 4), "ab  ....");
-  EXPECT_EQ(copied(cpyvar, "ab", 4), "ab" + none + none + none + "...");
-  EXPECT_EQ(copied(UCTstrncpy, "abcdef", 4), "abc" + none + "....");
-  EXPECT_EQ(copied(UCTstrncpy, "abcdef", 0), none + ".......");
-
+  EXPECT_EQ(copied(cpyvar, "ab", 4), "ab\0\0\0..."s);
+  EXPECT_EQ(copied(UCTstrncpy, "abcdef", 4), "abc\0...."s);
+  EXPECT_EQ(copied(UCTstrncpy, "abcdef", 0), "\0......."s);
   char joined[8] = "abc";
   EXPECT_STREQ(UCTstrncat(joined, "defghijk", sizeof joined), "abcdefg");
   EXPECT_STREQ(UCTstrncat(joined, "x", 4), "abc");
@@ -63,22 +61,17 @@ TEST(Text, Comparisons) {
     const char *a, *b;
     int exact, folded, by_length;  // signs of cmpstr, xstricmp, stricmp
   } cases[] = {
-      {"abc", "ABC", 1, 0, 0},   {"abc", "ABCD", 1, -1, -1}, {"b", "aa", 1, 1, -1},
-      {"", "", 0, 0, 0},         {"\xE4", "a", -1, 1, 1},  // signed where bytes count, unsigned where letters do
-      {"\xE4", "\xC4", 1, 1, 1}, {"[", "{", -1, -1, -1},
+      {"abc", "ABC", 1, 0, 0}, {"abc", "ABCD", 1, -1, -1}, {"b", "aa", 1, 1, -1},
+      {"[", "{", -1, -1, -1},  {"\xE4", "a", -1, 1, 1},  // signed where bytes count, unsigned where letters do
   };
   const auto sign = [](int n) { return (n > 0) - (n < 0); };
   for (const auto &c : cases) {
-    SCOPED_TRACE(std::string(c.a) + " " + c.b);
-    EXPECT_EQ(sign(cmpstr(c.a, c.b)), c.exact);
-    EXPECT_EQ(sign(xstricmp(c.a, c.b)), c.folded);
-    EXPECT_EQ(sign(stricmp(c.a, c.b)), c.by_length);
+    EXPECT_EQ(sign(cmpstr(c.a, c.b)), c.exact) << c.a << " " << c.b;
+    EXPECT_EQ(sign(xstricmp(c.a, c.b)), c.folded) << c.a << " " << c.b;
+    EXPECT_EQ(sign(stricmp(c.a, c.b)), c.by_length) << c.a << " " << c.b;
   }
-  EXPECT_EQ(cmpnstr("abX", "abY", 2), 0);
-  EXPECT_EQ(xstrnicmp("UPS1", "ups2", 3), 0);
-  EXPECT_LT(strnicmp("up", "UPS", 9), 0);
-  EXPECT_EQ(str_contain("UpsModel", "Model", 8), 1);
-  EXPECT_EQ(str_contain("UpsModel", "Model", 7), 0);
+  EXPECT_TRUE(cmpnstr("abX", "abY", 2) == 0 && xstrnicmp("UPS1", "ups2", 3) == 0 && strnicmp("up", "UPS", 9) < 0);
+  EXPECT_TRUE(str_contain("UpsModel", "Model", 8) == 1 && str_contain("UpsModel", "Model", 7) == 0);
 }
 
 TEST(Text, CaseTrimmingAndPadding) {
@@ -87,20 +80,15 @@ TEST(Text, CaseTrimmingAndPadding) {
   EXPECT_STREQ(strlow(s), "gr\xDC\xDF \xE9 z");
   EXPECT_STREQ(Xalltrim(s, "  \ta b\t  "), "\ta b\t");
   EXPECT_STREQ(Xalltrim(s, "   "), "");
-  UCTstrncpy(s, " a \t\r\n\x1A", sizeof s);
-  EXPECT_STREQ(Xrtrim(s), " a");
-  UCTstrncpy(s, "path///", sizeof s);
-  EXPECT_STREQ(UCTstrip_trailing_char(s, '/'), "path");
-
-  const auto padded = [&](const char *text, int width, int mode) {
-    return std::string(strpad(UCTstrncpy(s, text, sizeof s), width, '*', mode));
-  };
-  EXPECT_EQ(padded("ab", 5, 2), "***ab");
-  EXPECT_EQ(padded("ab", 5, 3), "*ab**");
-  EXPECT_EQ(padded("ab", 5, 1), "ab***");
-  EXPECT_EQ(padded("abcdef", 4, 3), "abcd");
-  EXPECT_EQ(padded("abcdef", 4, 2), "abcdef");
-  EXPECT_EQ(padded("ab", -1, 3), "");
+  EXPECT_STREQ(Xrtrim(UCTstrncpy(s, " a \t\r\n\x1A", sizeof s)), " a");
+  EXPECT_STREQ(UCTstrip_trailing_char(UCTstrncpy(s, "path///", sizeof s), '/'), "path");
+  const struct {
+    const char *text;
+    int width, mode;
+    const char *padded;
+  } cases[] = {{"ab", 5, 2, "***ab"},    {"ab", 5, 3, "*ab**"},      {"ab", 5, 1, "ab***"},
+               {"abcdef", 4, 3, "abcd"}, {"abcdef", 4, 2, "abcdef"}, {"ab", -1, 3, ""}};
+  for (const auto &c : cases) EXPECT_STREQ(strpad(UCTstrncpy(s, c.text, sizeof s), c.width, '*', c.mode), c.padded);
 }
 
 TEST(Text, TemplatesTakeTheirValues) {
@@ -113,16 +101,10 @@ TEST(Text, TemplatesTakeTheirValues) {
 TEST(Numbers, AreClampedTo32Bits) {
   constexpr int32_t least = std::numeric_limits<int32_t>::min();
   constexpr int32_t most = std::numeric_limits<int32_t>::max();
-  EXPECT_EQ(to_int32(" \t+7x"), 7);
-  EXPECT_EQ(to_int32("- 7"), 0);
-  EXPECT_EQ(to_int32("2147483648"), most);
-  EXPECT_EQ(to_int32("-99999999999999999999"), least);
-  EXPECT_EQ(to_uint32("2147483648"), 2147483648U);
-  EXPECT_EQ(to_uint32("99999999999999999999"), 4294967295U);
-  EXPECT_EQ(to_uint32("-7"), 0U);
-  EXPECT_EQ(to_int32(-1.9), -1);
-  EXPECT_EQ(to_int32(1e30), most);
-  EXPECT_EQ(to_int32(-1e30), least);
+  EXPECT_TRUE(to_int32(" \t+7x") == 7 && to_int32("- 7") == 0 && to_uint32("-7") == 0);
+  EXPECT_TRUE(to_int32("2147483648") == most && to_int32("-99999999999999999999") == least);
+  EXPECT_TRUE(to_uint32("2147483648") == 2147483648U && to_uint32("99999999999999999999") == 4294967295U);
+  EXPECT_TRUE(to_int32(-1.9) == -1 && to_int32(1e30) == most && to_int32(-1e30) == least);
   EXPECT_EQ(to_int32(std::nan("")), 0);
 }
 

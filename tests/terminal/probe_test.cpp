@@ -2,30 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdlib>
 
+#include "tests/terminal/ports.h"
 #include "tests/terminal/session.h"
 
 namespace {
-
-constexpr int kNoNamespace = 77;
-
-// Starts the tool where the four ports are simulated. False where no namespace can be made: the test is then skipped,
-// but in continuous integration it must run.
-bool start_with_ports(Terminal &t, const std::vector<std::string> &ports,
-                      const std::vector<std::string> &tool_options = {}) {
-  Start how;
-  how.program = TRY_DETECTION;
-  how.options = {"-b", BUILD_FOLDER};
-  how.options.insert(how.options.end(), ports.begin(), ports.end());
-  how.options.push_back(KAVSETUP);
-  how.options.insert(how.options.end(), tool_options.begin(), tool_options.end());
-  t.start(how);
-  if (t.find("Create a new configuration file").row >= 0) return true;
-  EXPECT_EQ(t.wait_exit(), kNoNamespace);
-  EXPECT_EQ(std::getenv("CI"), nullptr) << "no mount namespace of our own can be made here";
-  return false;
-}
 
 double seconds_until(Terminal &t, const char *text) {
   const auto start = std::chrono::steady_clock::now();
