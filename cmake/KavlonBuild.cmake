@@ -7,6 +7,19 @@ target_compile_options(kav_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow 
 target_compile_options(kav_warnings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 target_include_directories(kav_warnings INTERFACE "${CMAKE_CURRENT_SOURCE_DIR}")
 
+# Hardening of what is installed; scripts/analyze proves it on the built program.
+include(CheckCXXCompilerFlag)
+include(CheckPIESupported)
+check_pie_supported()
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+check_cxx_compiler_flag(-fcf-protection KAV_HAS_CF_PROTECTION)
+check_cxx_compiler_flag(-fstack-clash-protection KAV_HAS_STACK_CLASH_PROTECTION)
+set(kav_hardening -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2
+                  $<$<BOOL:${KAV_HAS_CF_PROTECTION}>:-fcf-protection>
+                  $<$<BOOL:${KAV_HAS_STACK_CLASH_PROTECTION}>:-fstack-clash-protection>)
+add_compile_options("$<$<CONFIG:Release>:${kav_hardening}>")
+add_link_options("$<$<CONFIG:Release>:LINKER:-z,relro,-z,now,-z,noexecstack>")
+
 find_program(ICONV iconv REQUIRED)
 
 # Text files (*texts.cpp) are UTF-8 in the repository and EUC-JP in the program: each is converted before it is

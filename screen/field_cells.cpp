@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include "util/language.h"
+
 namespace {
 
 constexpr int kKana = 0x8E;        // leads a half-width kana of two bytes,
@@ -56,4 +58,11 @@ void blank_halves(std::span<char> cells) {
     if (cells[at] == kHalfCharacter || (count == 1 && byte_at(cells, at) >= 0x80)) cells[at] = ' ';
     at += count;
   }
+}
+
+std::string_view cut_text(std::string_view text, size_t length) {
+  if (language == 0 || text.size() <= length) return text.substr(0, length);
+  size_t taken = 0;
+  for (size_t next = 0; next <= length; next += character_cells(text, next)) taken = next;
+  return text.substr(0, taken);
 }

@@ -30,3 +30,6 @@ void draw_cells(WINDOW *win, std::string_view text, int32_t attr, int row, int c
 void part_characters(std::span<char> cells, int boundary);
 // Halves, and bytes that are no character, become blanks.
 void blank_halves(std::span<char> cells);
+
+// The first `length` bytes of a text; without the last one when, in Japanese, it would be half of a character.
+std::string_view cut_text(std::string_view text, size_t length);

@@ -76,10 +76,11 @@ void put_data(void *member, const char *text, int type, int length) {
     const int32_t value = to_int32(text);
     std::memcpy(member, &value, sizeof value);
   } else if (is_text_field(type)) {
-    const size_t taken = strnlen(text, static_cast<size_t>(length));
+    const auto room = static_cast<size_t>(length);
+    const std::string_view taken = cut_text(text, room);
     auto *bytes = static_cast<char *>(member);
-    std::memmove(bytes, text, taken);
-    std::memset(bytes + taken, 0, static_cast<size_t>(length) - taken);
+    std::memmove(bytes, taken.data(), taken.size());
+    std::memset(bytes + taken.size(), 0, room - taken.size());
   }
 }
 

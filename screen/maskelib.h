@@ -82,9 +82,10 @@ constexpr int member_offset(const FieldDescriptor *tab, int i) {
 }
 // The address of field i's member, null when there is no field i.
 void *recptr(void *rec, const FieldDescriptor *tab, int i);
-// The text of a member into `buf` (length + 1 bytes), respectively the member from a text. Texts are padded with NUL; a
-// number is right-aligned, and one wider than `length` shows its first digits. Skip fields and types without a member
-// have no text: `buf`, respectively the member, keeps what it holds.
+// The text of a member into `buf` (length + 1 bytes), respectively the member from a text. Texts are padded with NUL
+// and cut to `length`, in Japanese before a character of which only half would be left; a number is right-aligned, and
+// one wider than `length` shows its first digits. Skip fields and types without a member have no text: `buf`,
+// respectively the member, keeps what it holds.
 void get_data(char *buf, const void *member, int type, int length);
 void put_data(void *member, const char *text, int type, int length);
 // The same for field i: 0, or -1 when there is no such field. `buf` holds 256 bytes at least.

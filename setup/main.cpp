@@ -2,6 +2,7 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 #include "screen/maskelib.h"
 #include "screen/menu.h"
@@ -59,6 +60,6 @@ int main(int argc, char *argv[]) {
   init_screen();
   const bool ran = run_on_screen();
   end_screen();
-  if (!ran) print_text(stderr, err_start[language]);
+  if (!ran) print_text(stderr, (std::string(err_start[language]) + "\n").c_str());
   return EXIT_FAILURE;  // kept: scripts in the field expect 1 from every session
 }

@@ -54,7 +54,7 @@ int password_text(int field, char *value) {
 
 // The trace holds the password in clear: it is meant for diagnosis, and its file is the owner's alone.
 void trace_password() {
-  char password[256];
+  char password[kValueSize];
   system_text(kPassword, password);
   if (debugLevel > kTraceDetails) myfprintf("CustomRec.password=%s!%d\n", password, lenstr(password));
 }

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string>
 
+#include "screen/field_cells.h"
 #include "util/check.h"
 #include "util/numbers.h"
 #include "util/text.h"
@@ -220,7 +221,7 @@ void get_param_value(const JobRec &job, char *text) {
 void job_line(const JobRec &job, char (&line)[kJobLineLength + 1]) {
   std::string text = job.function < 0 ? job.text : summary_with_values(job);
   std::replace(text.begin(), text.end(), '|', ' ');
-  cpynstr(line, text.empty() ? " " : text);
+  cpynstr(line, text.empty() ? " " : cut_text(text, kJobLineLength));
 }
 
 void init_function_tab() {

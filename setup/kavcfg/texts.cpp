@@ -22,7 +22,7 @@ Label usage_label = {
     "|  check               すべての値を検査 (FILE:LINE: KEY: FAULT)"
     "|  events              各イベントのジョブを表示"
     "|  diff [OLD]          ファイル OLD または既定値との違いを表示"
-    "|UpsModel を変更すると、シリアルポートの設定、定格、全イベントの既定ジョブも"
+    "|UpsModel を変更すると、通信条件、定格、全イベントの既定ジョブも"
     "|変わります。同時に指定した値はそのまま使います。"
     "|-f FILE      設定ファイル (ups.cfg)"
     "|-u DATABASE  UPS データベース (upstyp.ups)"

@@ -40,8 +40,8 @@ void init_mail_cfg();
 void read_mail_cfg(const char *file);
 // Writes MailRec; 1, or 0 when a key was not stored. Without SMTP the stored user and password are erased.
 int save_mail_cfg(const char *file);
-// 1 when MailRec's SMTP user and password will be written, not erased: any case of "yes" counts for that, while the mask
-// opens its fields for the lower-case word only.
+// 1 when MailRec's SMTP user and password will be written, not erased: any case of "yes" counts for that, while the
+// mask opens its fields for the lower-case word only.
 int keeps_smtp_user();
 // The keys in the order of their writing; and how a key is loaded, null for one that is none of the mail settings.
 std::span<const WriteRow> mail_section();
