@@ -51,6 +51,7 @@ size_t taken(size_t size) { return calls == plan.call ? std::min<size_t>(size, 1
 void plan_faults(const FaultPlan &new_plan) {
   plan = new_plan;
   planned = true;
+  from_environment = false;
   calls = 0;
   allocations = 0;
 }
