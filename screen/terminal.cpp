@@ -102,7 +102,9 @@ void watch_terminal() {
   set_size_signal(SIG_BLOCK);
   take_signal(SIGWINCH, note_size_change, 0);
   for (const int number : kEndingSignals) take_signal(number, end_by_signal, static_cast<int>(SA_RESETHAND));
-  if (former_terminate == nullptr) former_terminate = std::set_terminate(end_by_exception);
+  if (former_terminate != nullptr) return;
+  former_terminate = std::set_terminate(end_by_exception);
+  std::atexit(give_back_at_once);  // curses ends the program itself when it finds no memory
 }
 
 void prepare_giving_back() {
