@@ -1,7 +1,5 @@
 #include "screen/charset.h"
 
-#include <iconv.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstdint>
@@ -9,6 +7,7 @@
 #include <cstring>
 #include <cwchar>
 
+#include "util/converter.h"
 #include "util/language.h"
 
 namespace {
@@ -20,18 +19,6 @@ struct Character {
   size_t bytes;    // in the text
   wchar_t code;    // 0: none, or one that can't be shown
   size_t columns;  // up to `bytes`
-};
-
-// An iconv converter that lives until the program ends.
-struct Converter {
-  iconv_t handle;
-  Converter(const char *to, const char *from) : handle(iconv_open(to, from)) {}
-  Converter(const Converter &) = delete;
-  Converter &operator=(const Converter &) = delete;
-  ~Converter() {
-    if (is_open()) iconv_close(handle);
-  }
-  bool is_open() const { return reinterpret_cast<intptr_t>(handle) != -1; }
 };
 
 // Converts the bytes of one character. The number of bytes in `out` (of `size`), 0 when it has no such form.

@@ -1,26 +1,21 @@
 #include "setup/conversion.h"
 
-#include <iconv.h>
-
+#include <cstdio>
 #include <cstring>
-#include <memory>
 
+#include "util/converter.h"
 #include "util/files.h"
 
 namespace {
 
 constexpr size_t kPieceSize = 2048;  // bytes of a piece and of its conversion, terminator included
 
-struct ConverterCloser {
-  void operator()(iconv_t converter) const { iconv_close(converter); }
-};
-
 // 1 and the converted text in `output`, or 0 when `piece` is no whole, valid text or grows too long.
-int convert_piece(iconv_t converter, char *piece, char (&output)[kPieceSize]) {
+int convert_piece(const Converter &converter, char *piece, char (&output)[kPieceSize]) {
   size_t piece_left = std::strlen(piece);
   char *place = output;
   size_t room = sizeof output - 1;
-  if (iconv(converter, &piece, &piece_left, &place, &room) == static_cast<size_t>(-1)) return 0;
+  if (iconv(converter.handle, &piece, &piece_left, &place, &room) == static_cast<size_t>(-1)) return 0;
   *place = '\0';
   return 1;
 }
@@ -29,9 +24,8 @@ void convert_file(const char *source, const char *destination, const char *to, c
   const Stream input(OpenAFile(source, "r"));
   if (input == nullptr) return;
   const Stream output(OpenAFile(destination, "w+"));
-  const iconv_t converter = iconv_open(to, from);
-  if (output == nullptr || converter == reinterpret_cast<iconv_t>(-1)) return;
-  const std::unique_ptr<void, ConverterCloser> closer(converter);
+  const Converter converter(to, from);
+  if (output == nullptr || !converter.is_open()) return;
   char piece[kPieceSize];
   char converted[kPieceSize];
   while (std::fgets(piece, sizeof piece, input.get()) != nullptr && convert_piece(converter, piece, converted)) {
