@@ -63,7 +63,7 @@ bool fault_happened() {
 bool allocation_fails() {
   if (!planned) {
     const char *number = std::getenv("KAV_FAIL_ALLOCATION");
-    plan.allocation = number == nullptr ? 0 : std::atoi(number);
+    plan.allocation = number == nullptr ? 0 : static_cast<int>(std::strtol(number, nullptr, 10));
     planned = from_environment = true;
   }
   if (++allocations != plan.allocation) return false;
