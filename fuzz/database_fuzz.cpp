@@ -1,12 +1,15 @@
-// Any bytes as the database file (odd first byte) or as its text, coded for it: read as every program reads it.
+// Any bytes as the database file (odd first byte) or as its text, coded for it: read as every program reads it, and
+// checked. Each line of the text becomes every record, too.
 #include <vector>
 
 #include "corbix/xconfig.h"
 #include "fuzz/fuzz.h"
 #include "setup/cfgmask/settings.h"
 #include "setup/options.h"
+#include "upsdb/db_check.h"
 #include "upsdb/db_text.h"
 #include "upsdb/families.h"
+#include "upsdb/position.h"
 #include "upsdb/records.h"
 #include "util/text.h"
 
@@ -60,14 +63,34 @@ void read_all_models() {
   }
 }
 
+template <class... Records>
+void fill(const char *line, int (*...from)(Records &, const char *)) {
+  (..., [&](Records record) { from(record, line); }({}));
+}
+
+void fill_all(const std::string &line) {
+  fill(line.c_str(), fillUpsDataFromUCString, fillPollEntryFromUCString, fillVitalDataFromUCString,
+       fillGetInfoFromUCString, fillEventFromUCString, fillCstmValueFromUCString, fillVarInfoFromUCString,
+       fillFunctionFromUCString, fillFunctionParamFromUCString);
+  uint8_t bytes[7];
+  for (int position = 0; position < 8; ++position) PGetBinFromPosition(position, line.c_str(), bytes);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   static const FuzzFile file("database");
   if (size == 0) return 0;
   std::string content = text_of_bytes(data + 1, size - 1);
-  std::vector<Finding> findings;
-  if (data[0] % 2 == 0 && code_text(content, content, findings) == 0) return 0;
+  if (data[0] % 2 == 0) {
+    std::string coded, again;
+    std::vector<Finding> findings;
+    for (const std::string_view line : lines_of(content)) fill_all(std::string(line));
+    check_database(content);
+    if (code_text(content, coded, findings) == 0) return 0;
+    expect(decode_text(coded, again) == 1 && again == content);
+    content = coded;
+  }
   file.hold(content);
   cpynstr(upstypname, file.path);
   expect(InitUpsTypeArray() == 1);

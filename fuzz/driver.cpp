@@ -1,4 +1,4 @@
-// Runs a fuzz target without libFuzzer: NAME_fuzz CORPUS [MUTATIONS [SEED]]
+// Runs a fuzz target without libFuzzer: NAME_fuzz CORPUS [MUTATIONS]
 // Every file of the corpus, then mutations of them, always the same ones.
 #include <algorithm>
 #include <cstdint>
@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "fuzz/fuzz.h"
+#include "util/numbers.h"
 
 namespace {
 
@@ -35,26 +36,14 @@ std::vector<std::string> read_corpus(const char *folder) {
 void mutate(std::string &input, const std::vector<std::string> &corpus, Random &random) {
   const size_t at = below(random, input.size() + 1);
   const size_t length = below(random, 16) + 1;
-  switch (random() % 6) {
-    case 0:
-      if (at < input.size()) input[at] = static_cast<char>(random());
-      break;
-    case 1:
-      if (at < input.size()) input[at] = static_cast<char>(input[at] ^ (1 << random() % 8));
-      break;
-    case 2:
-      input.insert(at, length, static_cast<char>(random()));
-      break;
-    case 3:
-      input.erase(at, length);
-      break;
-    case 4:
-      input.insert(at, input.substr(below(random, input.size() + 1), length * length));
-      break;
-    default:
-      const std::string &other = corpus[below(random, corpus.size())];
-      input.replace(at, length, other.substr(below(random, other.size() + 1), length * 4));
-  }
+  const std::string &other = random() % 2 == 0 ? input : corpus[below(random, corpus.size())];
+  const std::string piece = other.substr(below(random, other.size() + 1), length * 4);
+  const unsigned kind = random() % 5;
+  if (kind == 0 && at < input.size()) input[at] = static_cast<char>(random());
+  if (kind == 1 && at < input.size()) input[at] = static_cast<char>(input[at] ^ (1 << random() % 8));
+  if (kind == 2) input.insert(at, length, static_cast<char>(random()));
+  if (kind == 3) input.erase(at, length);
+  if (kind == 4) input.replace(at, below(random, length + 1), piece);
   input.resize(std::min(input.size(), kLongestInput));
 }
 
@@ -68,17 +57,13 @@ void run(const std::string &input) {
 
 int main(int argc, char *argv[]) {
   const std::vector<std::string> corpus = argc > 1 ? read_corpus(argv[1]) : std::vector<std::string>();
-  const int mutations = argc > 2 ? std::atoi(argv[2]) : kMutations;
-  if (corpus.empty()) {
-    std::fprintf(stderr, "usage: %s CORPUS [MUTATIONS [SEED]]; the corpus may not be empty\n", argv[0]);
-    return EXIT_FAILURE;
-  }
-  Random random(argc > 3 ? static_cast<unsigned>(std::atoi(argv[3])) : 1);
+  const int mutations = argc > 2 ? to_int32(argv[2]) : kMutations;
+  expect(!corpus.empty());
+  Random random(1);
   for (const std::string &input : corpus) run(input);
   for (int i = 0; i < mutations; ++i) {
     std::string input = corpus[below(random, corpus.size())];
     for (size_t changes = below(random, 8) + 1; changes > 0; --changes) mutate(input, corpus, random);
     run(input);
   }
-  std::fprintf(stderr, "%zu inputs of the corpus and %d mutations\n", corpus.size(), mutations);
 }

@@ -1,18 +1,12 @@
 // Job lists as a configuration may hold them: through parsing, the menu line, building, and every change of a list.
 // Jobs that are not edited must stay as they are.
-#include <cstdlib>
-#include <string>
-
+#include "fuzz/fuzz.h"
 #include "setup/events_cfg/email_job.h"
 #include "setup/events_cfg/event_table.h"
 #include "setup/events_cfg/job_language.h"
 #include "util/tokens.h"
 
 namespace {
-
-void expect(bool holds) {
-  if (!holds) std::abort();
-}
 
 std::string list_of(int event) { return CStrArr_GetStr(&EventStrings, event); }
 
@@ -43,8 +37,7 @@ void change_list(int event, int job) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size);
-int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   if (size < 2) return 0;
   const int event = data[0] % kEventCount;
   if (language != (data[1] & 1)) {

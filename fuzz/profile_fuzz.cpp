@@ -1,38 +1,16 @@
 // Any bytes as a profile: the first byte chooses the mode, the rest is the file. It is rewritten unchanged, looked
 // through, changed in every topic that it holds, and opened again.
-#include <unistd.h>
-
-#include <cstdint>
-#include <cstdlib>
-#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "corbix/profile_list.h"
 #include "corbix/xconfig.h"
-#include "util/files.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
+#include "fuzz/fuzz.h"
 
 namespace {
 
 constexpr size_t kMostNames = 16;  // of a file, so that long files stay fast
-
-// The file under test, in memory where the system has such a folder.
-struct FuzzFile {
-  std::string path;
-  FuzzFile() : path(access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp") {
-    path += "/profile_fuzz." + std::to_string(getpid());
-  }
-  FuzzFile(const FuzzFile &) = delete;
-  FuzzFile &operator=(const FuzzFile &) = delete;
-  ~FuzzFile() { unlink(path.c_str()); }
-};
-
-void check(bool holds) {
-  if (!holds) std::abort();
-}
 
 using Names = std::vector<std::pair<std::string, std::string>>;
 
@@ -48,45 +26,59 @@ Names topics_and_keys(const ProfileRecord *profile) {
   return names;
 }
 
+// Links, index and flags agree: every flagged line is what the index holds under its key, and the index holds no more.
+void expect_consistent(ProfileHandle profile) {
+  int flagged = 0;
+  int indexed = 0;
+  for (ProfileLine *line = &profile->first; line != nullptr; line = line->next) {
+    expect(line->next == nullptr || line->next->prev == line);
+    expect(line->txt != nullptr || (line == &profile->first && line->next == nullptr));
+    expect(line->has_nul == (std::string_view(line->txt, line->length).find('\0') != std::string_view::npos));
+    if (!line->hash_flag) continue;
+    ++flagged;
+    expect(findTopicHashPtr(text_of(*line), profile->hash) == line);
+  }
+  for (uint32_t i = 0; i < profile->hash->TblSize; ++i) indexed += XMLGetCount(&profile->hash->Tbl[i]);
+  expect(flagged == indexed);
+}
+
 // Rewriting what was read gives the same file, but for names that the store itself generates.
-void check_rewriting(const char *path, int mode, std::string_view content) {
-  ProfileHandle profile = XOpenProfileEx(path, mode);
-  check(profile != nullptr);
+void expect_rewriting(const FuzzFile &file, int mode, const std::string &content) {
+  ProfileHandle profile = XOpenProfileEx(file.path.c_str(), mode);
+  expect(profile != nullptr);
   profile->modified = 1;
-  check(XCloseProfileEx(&profile));
-  std::string rewritten;
-  check(read_file(path, rewritten));
-  const bool comparable = !is_binary(mode) && !content.empty() && content.find("@$") == std::string_view::npos;
-  check(!comparable || rewritten == content);
+  expect(XCloseProfileEx(&profile));
+  const bool comparable = !is_binary(mode) && !content.empty() && content.find("@$") == std::string::npos;
+  expect(!comparable || file.content() == content);
 }
 
 void use_every_name(const char *path, int mode) {
   ProfileHandle profile = XOpenProfileEx(path, mode);
-  check(profile != nullptr);
+  expect(profile != nullptr);
   for (const auto &[topic, key] : topics_and_keys(profile)) {
+    expect_consistent(profile);
     char value[1024];
     XGetPrivateProfileStringEx(profile, topic.c_str(), key.c_str(), value, sizeof value);
     XGetPrivateProfileStringNoTrimEx(profile, topic.c_str(), key.c_str(), value, sizeof value);
     for (const char *text : {"1", "a longer [value] # note", ""}) {
       const int set = XSetPrivateProfileStringNoTrimEx(profile, topic.c_str(), key.c_str(), text, "");
-      check(!set || is_write(mode));
+      expect(!set || is_write(mode));
     }
     XSetPrivateProfileStringNoTrimEx(profile, topic.c_str(), "new", key.c_str(), "");
     if (key.size() % 4 == 0) XSetPrivateProfileStringNoTrimEx(profile, topic.c_str(), "", "", "");
   }
-  check(XCloseProfileEx(&profile));
+  expect(XCloseProfileEx(&profile));
 }
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  static const FuzzFile file;
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+  static const FuzzFile file("profile");
   if (size == 0) return 0;
   const int mode = data[0] % (kModeCount - 1) + 1;
-  const std::string content(data + 1, data + size);
-  check(replace_file(file.path.c_str(), content));
-  check_rewriting(file.path.c_str(), mode, content);
-  use_every_name(file.path.c_str(), mode);
-  use_every_name(file.path.c_str(), mode);
+  const std::string content = text_of_bytes(data + 1, size - 1);
+  file.hold(content);
+  expect_rewriting(file, mode, content);
+  for (int i = 0; i < 2; ++i) use_every_name(file.path.c_str(), mode);
   return 0;
 }

@@ -33,30 +33,10 @@ constexpr char kConfiguration[] =
     "; site\nUpsModel=ZELK K-TSN030-200\nEvent1=MESSAGE(\"local\",\"x\")O;SHUTDOWN(\"60\")O;\nSmtpHost=mail\n"
     "Event3=LOGMSG(\"\033[2J\")P60;FROB(1)X;\n";
 
-constexpr int kFunctionKeys[] = {KEY_UP,
-                                 KEY_DOWN,
-                                 KEY_LEFT,
-                                 KEY_RIGHT,
-                                 KEY_HOME,
-                                 KEY_END,
-                                 KEY_NPAGE,
-                                 KEY_PPAGE,
-                                 KEY_IC,
-                                 KEY_ENTER,
-                                 KEY_BACKSPACE,
-                                 KEY_DC,
-                                 KEY_BTAB,
-                                 KEY_F(1),
-                                 KEY_F(10),
-                                 KEY_MOUSE,
-                                 27,
-                                 13,
-                                 10,
-                                 63,
-                                 9,
-                                 8,
-                                 KEY_RESIZE,
-                                 0};
+// clang-format off
+constexpr int kFunctionKeys[] = {KEY_UP, KEY_DOWN, KEY_LEFT, KEY_RIGHT, KEY_HOME, KEY_END, KEY_NPAGE, KEY_PPAGE, KEY_IC,
+  KEY_ENTER, KEY_BACKSPACE, KEY_DC, KEY_BTAB, KEY_F(1), KEY_F(10), KEY_MOUSE, 27, 13, 10, 63, 9, 8, KEY_RESIZE, 0};
+// clang-format on
 constexpr uint8_t kFirstFunctionKey = 0x80;  // bytes from here on stand for the keys above
 
 // Thrown where the next key is wanted: a session ends only when its user says so.

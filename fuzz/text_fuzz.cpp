@@ -45,7 +45,7 @@ void cut(const char *text, int size) {
 void change(const char *text, int size) {
   std::vector<char> copy(std::strlen(text) + static_cast<size_t>(size) + 2);
   for (int mode = 1; mode <= 3; ++mode) {
-    std::strcpy(copy.data(), text);  // the buffer is made for it
+    cpynstr(copy.data(), text, static_cast<int>(copy.size()));
     if (std::strlen(text) <= 255) strpad(copy.data(), size, '.', mode);
   }
   Xalltrim(copy.data(), text);

@@ -11,7 +11,7 @@
 struct CursesScreen {
   FILE *device = std::fopen("/dev/null", "r+");
   SCREEN *screen;
-  explicit CursesScreen(const char *term = "xterm-256color") : screen(newterm(term, device, device)) {
+  CursesScreen() : screen(newterm("xterm-256color", device, device)) {
     start_color();
     cbreak();
     noecho();

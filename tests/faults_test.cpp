@@ -65,11 +65,8 @@ long leftovers() {
   return count;
 }
 
-// In memory where the system has a folder for that: thousands of flushed files.
-const char *folder_pattern() { return access("/dev/shm", W_OK) == 0 ? "/dev/shm/kav-XXXXXX" : "/tmp/kav-XXXXXX"; }
-
 struct Faults : testing::Test {
-  WorkingFolder folder{folder_pattern()};
+  WorkingFolder folder{kMemoryFolder};
   std::string old;                // what a run finds; "(none)" for a new file
   std::set<std::string> allowed;  // what it may leave
   std::string complete;           // what it leaves when all goes well

@@ -9,6 +9,9 @@
 #include <iterator>
 #include <string>
 
+// In memory where the system has a folder for that: for thousands of files.
+inline const char *const kMemoryFolder = access("/dev/shm", W_OK) == 0 ? "/dev/shm/kav-XXXXXX" : "/tmp/kav-XXXXXX";
+
 // Entered when it is made; left and removed, with all that is in it, at the end of its scope.
 struct WorkingFolder {
   std::filesystem::path before = std::filesystem::current_path();

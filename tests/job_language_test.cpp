@@ -1,12 +1,14 @@
 #include "setup/events_cfg/job_language.h"
 
-#include <gtest/gtest.h>
-
+#include <cstdlib>
 #include <cstring>
 #include <random>
 
+#include "corbix/xconfig.h"
+#include "setup/cfgmask/settings.h"
 #include "setup/events_cfg/email_job.h"
 #include "setup/events_cfg/event_table.h"
+#include "tests/folder.h"
 #include "util/text.h"
 
 namespace {
@@ -69,23 +71,6 @@ const std::string kMailStart =
     R"(EXECUTEH("sendvik.exe","-ini","upsext.cfg","-ofi","upsext.cfg","-s","kavlon service","-t",)";
 const std::string kSignature = R"(${#USEEMAILSIGNF?,"-sig","#EMAILSIGNF"})";
 
-TEST_F(Jobs, DefaultListsComeBackFromParsing) {
-  for (int round = 0; round < 2 * kEventCount; ++round) {
-    const int event = round / 2;
-    use_language(round % 2);
-    Texts jobs = split_joblist(eventlist[event].jobs[language]), expected = jobs;
-    for (size_t i = 0; i < jobs.size(); ++i) {
-      const bool capital = jobs[i].starts_with("EVENTLOG(\"W") || jobs[i].starts_with("EVENTLOG(\"I");
-      if (capital) expected[i].replace(0, jobs[i].find(','), "EVENTLOG(\"information\"");
-      const auto job = parsed(jobs[i], event);
-      pass_through_mask(*job, event);
-      EXPECT_GE(job->function, 0);
-      EXPECT_EQ(built(*job), expected[i] + ";");
-    }
-    EXPECT_EQ(join_joblist(jobs), eventlist[event].jobs[language]);
-  }
-}
-
 TEST_F(Jobs, SplitsOneJob) {
   const struct {
     std::string text;
@@ -93,18 +78,13 @@ TEST_F(Jobs, SplitsOneJob) {
     Texts values;
     const char *timing, *line;
   } cases[] = {
-      {R"(SHUTDOWN("default")T15)", 0, {"default"}, "T15", "Shutdown System/ UPS in default sec."},
-      {R"(MESSAGE("local","a(b)c,d|e")P60)", 1, {"local", "a(b)c,d|e"}, "P60", "Message to local"},
       {R"(MESSAGE( "a" ,"b")O)", 1, {" a", ",b"}, "O", "Message to  a"},  // kept: all in front of a quote is value
       {R"(MESSAGE("a","b)O)", 1, {"a", ""}, "O", "Message to a"},
       {R"(MESSAGE("2","x")O)", 1, {"2", "x"}, "O", "Message to x"},  // kept: a value is taken for a later number
-      {R"(EXECUTE("send","10.0.0.1","6003")O)", 2, {"10.0.0.1", "6003"}, "O", "Send a NIMBRO signal to 10.0.0.1"},
       {R"(EXECUTE("alarm.bat","Al|arm")O)", 4, {"Al|arm"}, "O", " Al arm"},
       {R"(EVENTLOG("Warning",,"t")O)", 8, {"information", "", "t"}, "O", " information"},
       {"LOGMSG(\"no end\"O", 6, {""}, "", "Log Event"},
       {"LOGMSG)\"x\"(O", -1, {}, "\"x\"(O", "LOGMSG)\"x\"(O"},
-      {"logmsg(\"x\")O", -1, {}, "O", "logmsg(\"x\")O"},
-      {"EXECUTEH(\"mailer\")P1", -1, {}, "P1", "EXECUTEH(\"mailer\")P1"},
       {"||| ", -1, {}, "", "    "},
   };
   for (const auto &c : cases) {
@@ -118,15 +98,6 @@ TEST_F(Jobs, SplitsOneJob) {
   const auto job = parsed("MESSAGE(\"\",\"\")O");
   cpynstr(job->summary, "#3 #x ## #" + std::string(80, '.') + "#");
   EXPECT_EQ(line_of(*job), "3 x # " + std::string(58, '.'));
-}
-
-TEST_F(Jobs, BuildsUpTo1024Characters) {
-  auto job = parsed(R"(MESSAGE("","")P60)");
-  cpynstr(job->params[0].value, std::string(500, 'a'));
-  cpynstr(job->params[1].value, std::string(1024 - 7 - 500 - 5 - 3, 'b'));  // less name, value, quotes, timing
-  EXPECT_EQ(built(*job).size(), 1024U + 3);
-  cpynstr(job->timing, "P600");
-  EXPECT_EQ(built(*job), "refused: MESSAGE");
 }
 
 TEST_F(Jobs, TimingThroughTheTwoFields) {
@@ -250,7 +221,8 @@ std::unique_ptr<JobRec> random_job(int event) {
 }
 
 TEST_F(Jobs, RandomListsReadBackToTheSameRecords) {
-  for (int round = 0; round < 2000; ++round) {
+  const char *wanted = std::getenv("KAV_JOB_LISTS");  // a short run by default; the long one sets 100,000
+  for (int round = 0; round < (wanted == nullptr ? 2000 : std::atoi(wanted)); ++round) {
     use_language(round % 2);
     const int event = below(kEventCount);
     Texts texts;
@@ -274,6 +246,56 @@ TEST_F(Jobs, RandomListsReadBackToTheSameRecords) {
     }
     ASSERT_EQ(list_of(event), list);
   }
+}
+
+// --- the lists in the file
+
+constexpr char kFile[] = "ups.cfg";
+const std::string kOther = "; site note\nPort=1\n";  // what else stands in the file
+
+struct EventTable : Jobs {
+  const WorkingFolder folder;
+  EventTable() {
+    event_ups_name[0] = '\0';
+    StdRec = {};
+    put_file(kFile, kOther);
+    EXPECT_EQ(init_event_strings(kFile), 25);
+  }
+};
+
+TEST_F(EventTable, MissingKeysAreEmptyListsAndAMissingFileChangesNothing) {
+  EXPECT_EQ(save_new_event_cfg(kFile), 25);
+  EXPECT_EQ(get_file(kFile), kOther);
+  put_file(kFile, "Port=1\nEvent3 = LOGMSG(\"x\")O; \nEvent24=;;\nEvent25=y\n");
+  cpynstr(StdRec.model, "Halvoris 500VA");
+  EXPECT_EQ(init_event_strings(kFile), 25);
+  for (int event = 0; event < kEventCount; ++event) {
+    EXPECT_EQ(list_of(event), event == 3 ? "LOGMSG(\"x\")O;" : event == 24 ? ";;" : "");
+  }
+  EXPECT_STREQ(event_ups_name, "Halvoris 500VA");
+  EXPECT_EQ(init_event_strings("no such file"), 0);
+  EXPECT_EQ(list_of(24), ";;");
+}
+
+TEST_F(EventTable, AnotherModelBringsTheDefaultsBack) {
+  const std::string model(30, 'm');
+  EXPECT_EQ(reset_lists_for_model(""), 25);  // no model, as the file was read
+  EXPECT_EQ(list_of(3), "");
+  EXPECT_EQ(reset_lists_for_model((model + "x").c_str()), 25);
+  EXPECT_EQ(list_of(3), eventlist[3].jobs[0]);
+  set_list(3, "LOGMSG(\"mine\")O;");
+  EXPECT_EQ(reset_lists_for_model((model + "y").c_str()), 25);  // the same in its first 30 characters
+  EXPECT_EQ(list_of(3), "LOGMSG(\"mine\")O;");
+  DbEventListCnt = 0;
+  EXPECT_EQ(reset_lists_for_model(model.c_str()), 25);
+  EXPECT_EQ(list_of(3), eventlist[3].jobs[0]);
+}
+
+TEST_F(EventTable, ARefusedListLeavesTheProfileOpen) {
+  set_list(3, std::string(1018, 'x'));
+  EXPECT_EQ(save_new_event_cfg(kFile), 0);
+  EXPECT_EQ(XCloseProfile(), 1);
+  EXPECT_EQ(save_new_event_cfg("no such folder/ups.cfg"), 0);
 }
 
 }  // namespace

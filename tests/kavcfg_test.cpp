@@ -1,33 +1,14 @@
 // kavcfg: what it refuses, finds and changes, by the built program in a folder of its own.
-#include <sys/wait.h>
-
-#include <cstdio>
-
 #include "setup/events_cfg/texts.h"
 #include "setup/kavcfg/jobs.h"
 #include "setup/kavcfg/keys.h"
-#include "tests/folder.h"
+#include "tests/run.h"
 
 namespace {
 
-struct Result {
-  int status;
-  std::string output;
-  bool operator==(const Result &) const = default;
-};
-
 // Runs kavcfg with `words` of the shell and what `input` prints.
 Result kavcfg(const std::string &words, const std::string &input = "true") {
-  FILE *program = popen((input + " | '" KAVCFG_PROGRAM "' -u '" KAVCFG_DATABASE "' " + words + " 2>&1").c_str(), "r");
-  if (program == nullptr) return {-1, ""};
-  Result result = {};
-  char buffer[4096];
-  for (size_t count = 0; (count = std::fread(buffer, 1, sizeof buffer, program)) > 0;) {
-    result.output.append(buffer, count);
-  }
-  const int status = pclose(program);
-  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return result;
+  return run_shell(input + " | '" KAVCFG_PROGRAM "' -u '" KAVCFG_DATABASE "' " + words + " 2>&1");
 }
 
 constexpr char kSite[] =
@@ -46,40 +27,28 @@ class Kavcfg : public testing::Test {
 };
 
 TEST_F(Kavcfg, RefusesWithAReasonAndChangesNothing) {
-  const struct {
-    const char *change, *reason;
-  } cases[] = {
-      {"CheckRate=0", "CheckRate: is not from 1 to 600"},
+  const std::pair<const char *, const char *> cases[] = {
       {"checkrate=601", "CheckRate: is not from 1 to 600"},
       {"CheckRate=5s", "CheckRate: its byte 2 is not accepted"},
-      {"CheckRate=1.5", "CheckRate: would become '1'"},
-      {"UpsDownDelay=5941", "UpsDownDelay: is not from 0 to 5940"},
       {"UpsDownDelay=90", "UpsDownDelay: would become '60'"},
       {"TempCaution=60.1", "TempCaution: is not from 40 to 60"},
       {"UpsID=x", "UpsID: would become '0'"},
-      {"LoggingData=yes", "LoggingData: would become '0'"},
       {"UseMailSign=YES", "UseMailSign: is neither yes nor no"},
       {"UpsModel=Unknown", "UpsModel: no UPS model is chosen"},
-      {"UpsModel=k-trn010vq-100", "UpsModel: is not in the database"},
       {"UpsCable=42", "UpsCable: is the code of no cable"},
-      {"UpsCable=-1", "UpsCable: is the code of no cable"},
       {"UpsLocation='a|b'", "UpsLocation: its byte 2 is not accepted"},
       {"UpsLocation=123456789012345678", "UpsLocation: is longer than 17 bytes"},
       {"UpsLocation='a [b'", "UpsLocation: This value can not be read back: '['"},
-      {"UpsLocation=' b'", "UpsLocation: This value can not be read back: blanks"},
       {"MailSubject=' '", "MailSubject: This value can not be read back: blanks"},
-      {"UpsLocation=", "UpsLocation: An empty value can not be read back"},
-      {"LogFileTxt=1.csv", "LogFileTxt: its byte 1 is not accepted"},
-      {"NetTyp=12345678901234567890123456789012", "NetTyp: would become '1234567890123456789012345678901'"},
       {"SmtpUser=me", "SmtpUser: is kept only with MailEnableFlag=yes"},
       {"SysDownAllowed=no UpTimeSupport=yes", "UpTimeSupport: can be yes only with SysDownAllowed=yes"},
       {"Event3='LOGMSG(\"a\")O;LOGMSG(\"b\")X;'", "Event3: job 2: there is no timing 'X' here"},
   };
-  for (const auto &c : cases) {
-    const Result result = kavcfg(std::string("set LogMaxHours=1 ") + c.change);
-    EXPECT_EQ(result.status, 1) << c.change;
-    EXPECT_TRUE(result.output.starts_with(std::string("kavcfg: ") + c.reason)) << result.output;
-    EXPECT_EQ(get_file("ups.cfg"), kSite) << c.change;
+  for (const auto &[change, reason] : cases) {
+    const Result result = kavcfg(std::string("set LogMaxHours=1 ") + change);
+    EXPECT_EQ(result.status, 1) << change;
+    EXPECT_TRUE(result.output.starts_with(std::string("kavcfg: ") + reason)) << result.output;
+    EXPECT_EQ(get_file("ups.cfg"), kSite) << change;
   }
 }
 
@@ -94,33 +63,9 @@ TEST_F(Kavcfg, SetChangesItsKeysAndNothingElse) {
   EXPECT_EQ(get_file("ups.cfg"),
             "UpTimeSupport=no\nDataLoggingName=/var/data.csv\nLogFileBin=/var/data.dat\nMailEnableFlag=no\n"
             "SysDownAllowed=no\nUpsDownEnabled=no\n");
-  put_file("ups.cfg", "[log]\nUpsID=1\n");
-  EXPECT_EQ(kavcfg("set UpsID=2").status, 1) << "a setting behind a topic would not be found";
   put_file("ups.cfg", "UpsLocation=a [b\nUpsID=1\n");
   EXPECT_EQ(kavcfg("set UpsID=2").status, 1) << "behind the \"[\" it would not be found";
   EXPECT_EQ(get_file("ups.cfg"), "UpsLocation=a [b\nUpsID=1\n");
-}
-
-TEST_F(Kavcfg, AnotherModelBringsItsValuesTheSameOneDoesNot) {
-  EXPECT_EQ(kavcfg("set UpsModel=K-TRN010VQ-100"), (Result{0, ""}));
-  EXPECT_EQ(get_file("ups.cfg"), kSite);
-  EXPECT_EQ(kavcfg("set UpsHoldMins=20 Event4= UpsModel='ZELK K-TSN030-200'"), (Result{0, ""}));
-  const std::string changed = get_file("ups.cfg");
-  for (const char *line : {"UpsDevice=/dev/ttyS1:9600,n,8,1\n", "UpsPower=3000\n", "UpsHoldMins=20\n",
-                           "Event3=LOGMSG(\"Connected to UPS.\")O;\n", "CheckRate=5\n"}) {
-    EXPECT_NE(changed.find(line), std::string::npos) << line;
-  }
-  EXPECT_EQ(changed.find("Event4="), std::string::npos);
-}
-
-TEST_F(Kavcfg, CallsAtTheSameMomentDoNotLoseEachOther) {
-  const std::string set = "'" KAVCFG_PROGRAM "' set ";
-  std::string all;
-  for (int event = 0; event < 6; event++) all += set + "'Event" + std::to_string(event) + "=LOGMSG(\"x\")A;' & ";
-  ASSERT_EQ(std::system((all + "wait").c_str()), 0);
-  for (int event = 0; event < 6; event++) {
-    EXPECT_EQ(kavcfg("get Event" + std::to_string(event)).output, "LOGMSG(\"x\")A;\n");
-  }
 }
 
 TEST_F(Kavcfg, PasswordsComeFromStandardInputAndAreNeverPrinted) {
@@ -132,18 +77,16 @@ TEST_F(Kavcfg, PasswordsComeFromStandardInputAndAreNeverPrinted) {
   }
   for (const char *secret : {"Abc1", "_>=o", "hidden x"}) EXPECT_EQ(seen.find(secret), std::string::npos) << seen;
   EXPECT_NE(seen.find("+SmtpPassword=(hidden)\n"), std::string::npos);
-  const struct {
-    const char *key, *typed, *reason;
-  } cases[] = {
+  const std::tuple<const char *, const char *, const char *> cases[] = {
       {"PASSWORD", "E", "'[' hides"},
       {"PASSWORD", "a b", "its byte 2"},
       {"PASSWORD", "12345678901234567", "longer than 16"},
       {"SmtpPassword", ":x", "a part of it is lost"},
   };
-  for (const auto &c : cases) {
-    const Result result = kavcfg(std::string("set ") + c.key, std::string("echo '") + c.typed + "'");
-    EXPECT_EQ(result.status, 1) << c.typed;
-    EXPECT_NE(result.output.find(c.reason), std::string::npos) << result.output;
+  for (const auto &[key, typed, reason] : cases) {
+    const Result result = kavcfg(std::string("set ") + key, std::string("echo '") + typed + "'");
+    EXPECT_EQ(result.status, 1) << typed;
+    EXPECT_NE(result.output.find(reason), std::string::npos) << result.output;
   }
   EXPECT_EQ(kavcfg("set PASSWORD", "echo"), (Result{0, ""})) << "no password";
   EXPECT_NE(get_file("ups.cfg").find("\nPASSWORD= \n"), std::string::npos);
@@ -152,31 +95,25 @@ TEST_F(Kavcfg, PasswordsComeFromStandardInputAndAreNeverPrinted) {
 
 TEST_F(Kavcfg, CheckNamesLineAndKey) {
   EXPECT_EQ(kavcfg("check"), (Result{0, ""}));
-  const struct {
-    std::string content;
-    const char *finding;
-  } cases[] = {
+  const std::pair<std::string, const char *> cases[] = {
       {site("CheckRate=5", "CheckRate=0"), "ups.cfg:5: CheckRate: is not from 1 to 600\n"},
       {site("CheckRate=5", "CheckRate=5\r"), "ups.cfg:5: CheckRate: ends in a carriage return\n"},
-      {site("CheckRate=5", "CheckRate=\t5"), "ups.cfg:5: CheckRate: This value can not be read back: a part"},
-      {site("shift", "ups\tmodel"), ""},
       {site("shift", "upsmodel"), "ups.cfg:4: UpsModel: is already in line 2, this line does not count\n"},
       {site("night", "[night]"),
        "ups.cfg:4: This value can not be read back: '[' hides what follows\n"
        "ups.cfg:5: CheckRate: is hidden by the '[' in line 4\n"
        "ups.cfg:6: Event3: is hidden by the '[' in line 4\n"},
-      {site("ask", "[ask]"), ""},
       {site("shift=night", "#" + std::string(1100, 'x')), "ups.cfg:4: is longer than 1023 bytes"},
       {site("mine", "a\",\"b"), "ups.cfg:6: Event3: job 1: would become 'LOGMSG(\"a\")O;'\n"},
       {site("UpsModel", "Model"), "ups.cfg: UpsModel: no UPS model is chosen\n"},
       {"[x]\n", "ups.cfg: UpsModel: no UPS model is chosen\nups.cfg:1: settings behind a topic are not found"},
       {site("shift", "GarUpTime=3\nshift"), "ups.cfg:4: GarUpTime: would become '1'\n"},
   };
-  for (const auto &c : cases) {
-    put_file("ups.cfg", c.content);
+  for (const auto &[content, finding] : cases) {
+    put_file("ups.cfg", content);
     const Result result = kavcfg("check");
-    EXPECT_EQ(result.status, *c.finding == '\0' ? 0 : 1) << result.output;
-    EXPECT_TRUE(result.output.starts_with(c.finding)) << c.finding << result.output;
+    EXPECT_EQ(result.status, *finding == '\0' ? 0 : 1) << result.output;
+    EXPECT_TRUE(result.output.starts_with(finding)) << finding << result.output;
   }
 }
 
@@ -190,37 +127,26 @@ TEST(JobLists, AreTakenWhenTheEditorWouldNotChangeThem) {
   const std::string mail =
       R"(EXECUTEH("sendvik.exe","-ini","upsext.cfg","-ofi","upsext.cfg","-s","kavlon service","-t","me")"
       R"(${#USEEMAILSIGNF?,"-sig","#EMAILSIGNF"}${}${#USETEXT?,"-attach","#LOGFILETXT"}${}${},"hello")O;)";
-  const struct {
-    int event;
-    std::string list;
-    const char *fault;  // how the first one begins; "" for none
-  } cases[] = {
+  const std::tuple<int, std::string, const char *> cases[] = {
       {3, mail, ""},
       {3, std::string(mail).replace(mail.find("hello"), 5, "a,b"), "job 1: would become"},
       {3, R"(EXECUTE("/bin/page","")T999999;SHUTDOWN("default")O;)", ""},
-      {3, R"(EXECUTE("/bin/page")O;)", "job 1: would become"},
       {3, R"(LOGMSG("a)O;)", "job 1: TEXT: is empty"},
-      {3, R"(LOGMSG("a" )O;)", "job 1: would become"},
-      {3, R"(LOGMSG "a";)", "job 1: is not of the form"},
       {3, R"(FOO("a")O;)", "job 1: there is no function FOO"},
       {3, R"(LOGMSG("a")P;)", "job 1: there is no timing 'P' here"},
-      {3, R"(LOGMSG("a")T1000000;)", "job 1: there is no timing"},
-      {3, R"(LOGMSG("a")OX5;)", "job 1: there is no timing"},
       {20, R"(LOGMSG("a")OX5;)", ""},
       {20, R"(LOGMSG("a")O;)", "job 1: there is no timing"},
-      {3, R"(EVENTLOG("Success",150,"a")O;)", ""},
       {3, R"(EVENTLOG("warnning",100,"a")O;)", "job 1: TYPE: there is no level warnning"},
       {3, R"(EXECUTE("send","host","65536")O;)", "job 1: PORT: is empty or out of its range"},
       {3, R"(SHUTDOWN("6000")O;)", "job 1: would become 'SHUTDOWN(\"5940\")O;'"},
       {3, R"(SHUTDOWN("1")O;LOGMSG("a")O;)", "SHUTDOWN must be the last job"},
-      {3, R"(LOGMSG("a")O)", "each job must end with one ';'"},
       {3, "LOGMSG(\"" + std::string(61, 'x') + "\")O;", "job 1: TEXT: is longer than 60 bytes"},
   };
-  for (const auto &c : cases) {
-    const std::vector<std::string> faults = faults_of_job_list(c.event, c.list);
+  for (const auto &[event, list, fault] : cases) {
+    const std::vector<std::string> faults = faults_of_job_list(event, list);
     const std::string first = faults.empty() ? "" : faults[0];
-    EXPECT_EQ(first.empty(), *c.fault == '\0') << c.list << first;
-    EXPECT_TRUE(first.starts_with(c.fault)) << c.list << first;
+    EXPECT_EQ(first.empty(), *fault == '\0') << list << first;
+    EXPECT_TRUE(first.starts_with(fault)) << list << first;
   }
 }
 

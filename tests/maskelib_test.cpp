@@ -3,11 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <random>
 #include <string>
 
-#include "screen/field_cells.h"
 #include "tests/curses_screen.h"
+#include "tests/folder.h"
 #include "util/language.h"
 #include "util/text.h"
 
@@ -68,11 +67,8 @@ TEST(Record, NumbersAsText) {
 
 TEST(Filter, EveryTypeOnBothSidesOfItsRule) {
   const std::string kAny = "aZ09 .-/\xA4\xFF~", kNumber = "09. ";
-  const struct {
-    int type, position;
-    std::string takes, refuses;
-  } cases[] = {
-      // clang-format off
+  // clang-format off
+  const struct { int type, position; std::string takes, refuses; } cases[] = {
       {0, 0, kAny + "?:", "|\\\x1f\x7f"},          {1, 0, kNumber, "a-,:"},         {2, 0, kNumber, "a-,:\xA4"},
       {3, 0, "a. ", "09|\\"},                      {3, 1, kAny, "|\\"},            {4, 0, kNumber, "-"},
       {5, 0, kAny + "\\", "|"},                    {6, 0, "09/.: ", "a-"},         {7, 1, "09/.: ", "a-"},
@@ -82,22 +78,12 @@ TEST(Filter, EveryTypeOnBothSidesOfItsRule) {
       {14, 0, "09 default", "bgx.-"},              {15, 0, "a9:-", ".|\\)(;\","},  {15, 1, "a9.", "|\\)(;\","},
       {16, 0, "azAZ09", " .@[`{/:\xA4\xE9"},       {17, 0, "a.,:\xA4", "|\\();\""}, {18, 0, "", kAny},
       {19, 0, "", kAny},                           {20, 0, "", "09"},               {21, 0, kAny + "\\", "|"},
-      // clang-format on
-  };
+  };  // clang-format on
   for (const auto &c : cases) {
     for (const unsigned char ch : c.takes) EXPECT_TRUE(accepts_character(c.type, c.position, ch)) << c.type << ch;
     for (const unsigned char ch : c.refuses) EXPECT_FALSE(accepts_character(c.type, c.position, ch)) << c.type << ch;
   }
   EXPECT_FALSE(accepts_character(0, 0, 'a' + 256));
-}
-
-TEST(Field, KeysThatAreNotTypedBelow) {
-  EXPECT_EQ(field_step(0, 4, 0, kKeyEnter, 1).key, kKeyReturn);
-  for (const int key : {kKeyF10 - 1, int{kKeyUnfit}}) {
-    EXPECT_EQ(field_step(0, 4, 1, key, 1).action, FieldAction::kBeep);
-  }
-  EXPECT_EQ(field_step(0, 4, 1, 0, 1).action, FieldAction::kIgnore);
-  EXPECT_EQ(field_step(0, 4, 4, kKeyBackspace, 1).action, FieldAction::kErase);
 }
 
 TEST(Mask, MovesBetweenThreeFields) {
@@ -114,26 +100,6 @@ TEST(Mask, MovesBetweenThreeFields) {
   }
 }
 
-TEST(Cells, HalvesNeverJoinTheirNeighbours) {
-  const struct {
-    std::string text;
-    int boundary;
-    std::string parted, stored;
-  } cases[] = {
-      {"\xA4\xA2\xA4\xA4", 2, "\xA4\xA2\xA4\xA4", "\xA4\xA2\xA4\xA4"},
-      {"\xA4\xA2\xA4\xA4", 1, "\x1a\x1a\xA4\xA4", "  \xA4\xA4"},
-      {"\x8F\xB0\xB1z", 1, "\x1a\x1a\x1az", "   z"},
-      {"\x8E\xB1", 2, "\x8E\xB1", "\x8E\xB1"},
-      {"\xE9z\xA4", 9, "\xE9z\xA4", " z "},
-  };
-  for (auto c : cases) {
-    part_characters(c.text, c.boundary);
-    EXPECT_EQ(c.text, c.parted);
-    blank_halves(c.text);
-    EXPECT_EQ(c.text, c.stored);
-  }
-}
-
 // --- templates
 
 TEST(Template, FieldsAreFoundInsideTheirRowsOnly) {
@@ -145,18 +111,6 @@ TEST(Template, FieldsAreFoundInsideTheirRowsOnly) {
   EXPECT_EQ(search_fields(found.data(), two), 1);
   EXPECT_EQ(std::memcmp(two, "\2\1\0\4\3\2\x4c\4\xff", 9), 0);
   EXPECT_EQ(found.substr(78, 8) + found.substr(kImageSize - 3), ".      .<>7");
-
-  std::mt19937 random(8);
-  for (int round = 0; round < 300; ++round) {
-    std::string screen;
-    while (screen.size() < kImageSize) screen += round == 0 ? ">1<" : std::string(1, "><>1<_5\xA4"[random() % 8]);
-    std::vector<FieldDescriptor> tab(kTemplateTable);
-    screen.resize(kImageSize);
-    search_fields(screen.data(), tab.data());
-    for (const auto *field = tab.data(); field->type != kFieldEnd; ++field) {
-      ASSERT_TRUE(field->row < kImageRows && field->length >= 1 && field->col + field->length <= kImageColumns);
-    }
-  }
 }
 
 // --- on the screen
@@ -208,29 +162,6 @@ TEST(Edit, TypedTextsReachTheRecord) {
   language = 0;
 }
 
-TEST(Edit, NumbersSkipFieldsAndFieldsOutsideTheImage) {
-  const FormScreen screen;
-  struct {
-    int32_t wide, skipped, typed;
-    char outside[4];
-  } rec = {123456, 7, 5, {'k', 'e', 'p', 't'}};
-  const FieldDescriptor tab[] = {{2, 1, 1, 4}, {18, 1, 1, 4}, {2, 2, 1, 4}, {0, 30, 1, 4}, {255, 0, 0, 0}};
-  show_rec(screen.win.get(), &rec, tab, attr_dkl);
-  type_keys(u"\r12 4\rx\u0103\u0103\r\r\033");
-  std::string report;
-  for (int i = 0, key = 0; key != kKeyEscape;) {
-    key = edit_field(screen.win.get(), &rec, tab, i);
-    report += std::to_string(i) + ":" + std::to_string(key) + " ";
-    steuerung(&i, key, 4);
-  }
-  EXPECT_EQ(report, "0:13 1:258 2:13 3:259 2:259 1:259 0:13 1:258 2:13 3:27 ");
-  EXPECT_EQ(rec.wide, 123456);
-  EXPECT_EQ(rec.typed, 12);
-  EXPECT_EQ(std::string(rec.outside, 4) + std::string(Edit_screen + 81, 4) + std::string(Edit_screen + 161, 4),
-            "kept1234  12");
-  EXPECT_EQ(edit_field(screen.win.get(), &rec, tab, 4), 27);
-}
-
 TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {
   const FormScreen screen;
   const Window window = open_window(5, 10, 0, 0);
@@ -247,9 +178,13 @@ TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {
   EXPECT_EQ(row_of(win, 2), " >e <    #");
   insert_char(win, 24, 79, 200, '!');
   delete_char(win, 25, -1, 3, '!');
-  show_tmsk(win, std::string(kImageSize, '=').c_str(), 3, 2, 70, 4, kAttrNormal);
+  const WorkingFolder folder;
+  put_file("mask", std::string(kImageSize, '='));
+  FieldDescriptor none[kTemplateTable];
+  EXPECT_EQ(show_tmask(win, "mask", none, kAttrNormal, 3, 2, 70, 4), 0);
   EXPECT_EQ(row_of(win, 4), "  ===   ##");
-  EXPECT_EQ(std::string(Edit_screen + 160, 9) + std::string(Edit_screen + kImageSize - 80, 10), " >e <      ===   ##");
+  EXPECT_EQ(show_mask(win, "mask", none, kAttrNormal) + show_mask(win, "missing", none, kAttrNormal), -1);
+  EXPECT_EQ(row_of(win, 0), "==========");
 }
 
 }  // namespace

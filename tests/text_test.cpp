@@ -1,12 +1,14 @@
-// Texts, tokens and numbers.
+// Texts, tokens, numbers and messages.
 #include "util/text.h"
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 #include <string>
+#include <tuple>
 
+#include "tests/folder.h"
+#include "util/files.h"
+#include "util/messages.h"
 #include "util/numbers.h"
 #include "util/tokens.h"
 
@@ -15,24 +17,18 @@ namespace {
 using std::string_literals::operator""s;
 
 TEST(Tokens, PiecesAndTheirNumber) {
-  const struct {
-    const char *text, *sep;
-    int n;
-    const char *piece, *run_piece;  // of ctoken, of token
-    int pieces, run_pieces;
-  } cases[] = {
-      {"a||b", "|", 1, "a", "a", 3, 2},     {"a||b", "|", 2, "", "b", 3, 2},
-      {"a||b", "|", 3, "b", "", 3, 2},      {"|", "|", 1, "", "", 2, 0},
+  const std::tuple<const char *, const char *, int, const char *, const char *, int, int> cases[] = {
+      {"a||b", "|", 2, "", "b", 3, 2},      {"|", "|", 1, "", "", 2, 0},
       {"||a|", "|", 1, "", "a", 4, 1},      {"a--b-c", "--", 2, "b-c", "b-c", 2, 2},
       {"a---b", "--", 2, "-b", "-b", 2, 2}, {"abcdefghij", "|", 1, "abcdefg", "abcdefg", 1, 1},
       {"a|b", "", 1, "a|b", "a|b", 1, 1},   {"a|b", "", 9, "a|b", "a|b", 1, 1},
       {"a|b", "|", 0, "", "", 2, 2},        {"", "", 1, "", "", 0, 0},
   };
-  for (const auto &c : cases) {
+  for (const auto &[text, sep, n, piece, run_piece, pieces, run_pieces] : cases) {
     char out[8];
-    EXPECT_STREQ(ctoken(out, sizeof out, c.text, c.sep, c.n), c.piece) << c.text << c.n;
-    EXPECT_STREQ(token(out, sizeof out, c.text, c.sep, c.n), c.run_piece) << c.text << c.n;
-    EXPECT_TRUE(cnumtoken(c.text, c.sep) == c.pieces && numtoken(c.text, c.sep) == c.run_pieces) << c.text;
+    EXPECT_STREQ(ctoken(out, sizeof out, text, sep, n), piece) << text << n;
+    EXPECT_STREQ(token(out, sizeof out, text, sep, n), run_piece) << text << n;
+    EXPECT_TRUE(cnumtoken(text, sep) == pieces && numtoken(text, sep) == run_pieces) << text;
   }
   EXPECT_EQ(wp_numtoken(" one\ttwo\x1A\n three "), 3);
 }
@@ -56,24 +52,6 @@ TEST(Text, CopiesStayInTheirPlace) {
   EXPECT_STREQ(UCTstrncat(joined, "x", 4), "abc");
 }
 
-TEST(Text, Comparisons) {
-  const struct {
-    const char *a, *b;
-    int exact, folded, by_length;  // signs of cmpstr, xstricmp, stricmp
-  } cases[] = {
-      {"abc", "ABC", 1, 0, 0}, {"abc", "ABCD", 1, -1, -1}, {"b", "aa", 1, 1, -1},
-      {"[", "{", -1, -1, -1},  {"\xE4", "a", -1, 1, 1},  // signed where bytes count, unsigned where letters do
-  };
-  const auto sign = [](int n) { return (n > 0) - (n < 0); };
-  for (const auto &c : cases) {
-    EXPECT_EQ(sign(cmpstr(c.a, c.b)), c.exact) << c.a << " " << c.b;
-    EXPECT_EQ(sign(xstricmp(c.a, c.b)), c.folded) << c.a << " " << c.b;
-    EXPECT_EQ(sign(stricmp(c.a, c.b)), c.by_length) << c.a << " " << c.b;
-  }
-  EXPECT_TRUE(cmpnstr("abX", "abY", 2) == 0 && xstrnicmp("UPS1", "ups2", 3) == 0 && strnicmp("up", "UPS", 9) < 0);
-  EXPECT_TRUE(str_contain("UpsModel", "Model", 8) == 1 && str_contain("UpsModel", "Model", 7) == 0);
-}
-
 TEST(Text, CaseTrimmingAndPadding) {
   char s[300] = "gr\xFC\xDF \xE9 Z";
   EXPECT_STREQ(Xstrupr(s), "GR\xDC\xDF \xE9 Z");
@@ -82,20 +60,6 @@ TEST(Text, CaseTrimmingAndPadding) {
   EXPECT_STREQ(Xalltrim(s, "   "), "");
   EXPECT_STREQ(Xrtrim(UCTstrncpy(s, " a \t\r\n\x1A", sizeof s)), " a");
   EXPECT_STREQ(UCTstrip_trailing_char(UCTstrncpy(s, "path///", sizeof s), '/'), "path");
-  const struct {
-    const char *text;
-    int width, mode;
-    const char *padded;
-  } cases[] = {{"ab", 5, 2, "***ab"},    {"ab", 5, 3, "*ab**"},      {"ab", 5, 1, "ab***"},
-               {"abcdef", 4, 3, "abcd"}, {"abcdef", 4, 2, "abcdef"}, {"ab", -1, 3, ""}};
-  for (const auto &c : cases) EXPECT_STREQ(strpad(UCTstrncpy(s, c.text, sizeof s), c.width, '*', c.mode), c.padded);
-}
-
-TEST(Text, TemplatesTakeTheirValues) {
-  char out[16];
-  EXPECT_STREQ(Xstr_format(out, "24122024", "DD.MM.YYYY", "DDMMYYYY"), "24.12.2024");
-  EXPECT_STREQ(Xstr_format(out, "1x9", "h:m", "h?m"), "1:9");      // the template has no "?"
-  EXPECT_STREQ(Xstr_format(out, "12", "DD.MM", "DDMM"), "12.MM");  // the values end first
 }
 
 TEST(Numbers, AreClampedTo32Bits) {
@@ -117,6 +81,34 @@ TEST(Numbers, Digits) {
   EXPECT_EQ(getHexASCII("fFz1", 4), 0xFF01U);
   EXPECT_EQ(getHexASCII("100000001", 9), 2U);  // the ninth digit wraps onto the first
   EXPECT_EQ(getDecASCII("1x34", 3), 103U);
+}
+
+TEST(Messages, TextIsCountedFromTheStartOfTheLine) {
+  const WorkingFolder folder;
+  const std::filesystem::path place = folder.path / "work";
+  std::filesystem::create_directory(place);
+  std::filesystem::current_path(place);
+  // The name behind a backslash makes it a file of the folder above.
+  ASSERT_EQ(replace_file("../work\\Messages.dat", "m12=Hello\nxm5=abc\nm5=later\n\nm601=no line end"), 1);
+  const struct {
+    int number, result;
+    const char *text;
+  } cases[] = {
+      {12, 1, "Hello"}, {5, 1, "=abc"}, {601, 1, "no line e"}, {1, 0, "can't rea"}, {-1, 0, "can't rea"},
+  };
+  for (const auto &c : cases) {
+    char buffer[10] = "xxxxxxxxx";
+    EXPECT_EQ(UCTGetMessageDatString(c.number, buffer, sizeof buffer), c.result);
+    EXPECT_STREQ(buffer, c.text);
+  }
+}
+
+TEST(Messages, WithoutAFile) {
+  char buffer[32];
+  EXPECT_EQ(UCTGetMessageDatString(7, buffer, sizeof buffer), 0);
+  EXPECT_STREQ(buffer, "can't read message 7");
+  EXPECT_EQ(getLocalPath(buffer, 5), 1);
+  EXPECT_EQ(std::string(buffer), std::filesystem::current_path().string().substr(0, 4));
 }
 
 }  // namespace

@@ -90,17 +90,6 @@ TEST(Model, FaultyLinesAreCountedButNotRead) {
   EXPECT_EQ(model.power, 0) << "cleared";
 }
 
-TEST(Database, CountsLinesUpToTheEndOfItsNumbers) {
-  OpenDatabase db("");
-  for (const size_t count : {0, 1, 2, 3, 32767, 32768}) {
-    std::string lines;
-    while (lines.size() < count * 4) lines += "a|b\n";
-    UpsCloseDb();
-    db.open("[UPS]\n" + lines);
-    EXPECT_EQ(UpsGetCountDb(), std::min(static_cast<int>(count), 32767));
-  }
-}
-
 TEST(Database, LinesThatAreNoRecords) {
   const OpenDatabase db("[ups]\n; a|b\n\n# c\nfirst|1\nkey=value\nsecond|2\nhides [ the rest\nthird|3\n[X]\nlast\n");
   char line[kLineBufferSize] = "";
@@ -112,37 +101,14 @@ TEST(Database, LinesThatAreNoRecords) {
 
 TEST(Database, IsOpenedOnceAndItsLastModelOutlivesIt) {
   OpenDatabase db(std::string("[UPS]\n") + kModel);
-  UpsData model;
-  char text[8] = "";
-  EXPECT_EQ(UpsOpenDb("upstyp.ups"), 0);
-  EXPECT_TRUE(UpsIsOpenDb() == 1 && UpsFindDb(model, "mODEL a") == 1 && UpsFindDb(model, "Model") == 0);
-  EXPECT_STREQ(model.name, "");
-  EXPECT_EQ(findEntryInDb("Model A"), 0);
+  EXPECT_EQ(UpsOpenDb("upstyp.ups") + findEntryInDb("Model A"), 0);
   UpsCloseDb();
-  EXPECT_EQ(UpsIsOpenDb() + UpsGetCountDb() + UpsGetAtDb(model, 0) + UpsFindDb(model, "Model A"), 0);
-  EXPECT_EQ(UpsVersionNrDb(text, sizeof text) + UpsFileDateDb(text, sizeof text) + UpsOpenDb("none.ups"), 0);
-  db.open(std::string("[UPS]\nModel B|1\nModel C\n") + kModel);
+  EXPECT_EQ(UpsIsOpenDb() + UpsGetCountDb() + UpsOpenDb("none.ups"), 0);
+  db.open(std::string("[UPS]\nModel B|1\n") + kModel);
   EXPECT_EQ(findEntryInDb("unknown"), -1);
   EXPECT_EQ(findEntryInDb("MODEL A"), 0) << "not read again";
-  EXPECT_EQ(findEntryInDb("Model C"), 1);
-  EXPECT_EQ(findEntryInDb("Model A"), 2);
-}
-
-TEST(Version, TextsAndNumbers) {
-  const std::pair<const char *, const char *> cases[] = {
-      {"2.1", "2.1.0.0"}, {"1.2.3.4.5", "1.2.3.4"}, {" 7.-3x.9", "7.-3.0.0"}, {"", "0.0.0.0"}, {".1", "0.0.0.0"}};
-  UpsVersion version = {{9, 9, 9, 9}};
-  char built[64];
-  for (const auto &[text, numbers] : cases) {
-    EXPECT_EQ(UpsParseVersionInfoStr(&version, text) + UpsBuildVersionInfoStr(built, sizeof built, &version), 2);
-    EXPECT_STREQ(built, numbers) << text;
-  }
-  EXPECT_EQ(UpsBuildVersionInfoStr(built, 4, nullptr) + UpsParseVersionInfoStr(&version, nullptr), 0);
-  EXPECT_STREQ(built, "");
-  const UpsVersion two = {{2, 0, 0, 0}};
-  const UpsVersion three = {{3, 1, 0, 0}};
-  EXPECT_EQ(UpsIsCompatibleVersionInfo(&two, &three) + UpsIsCompatibleVersionInfo(nullptr, &two), 0);
-  EXPECT_EQ(UpsIsCompatibleVersionInfo(&two, &two) + UpsIsCompatibleVersionInfo(&two, &version), 2);
+  EXPECT_EQ(findEntryInDb("Model B"), 0);
+  EXPECT_EQ(findEntryInDb("Model A"), 1);
 }
 
 TEST(Version, TextThatFillsItsBufferHasNoTerminatorAndOemZeroIsOne) {
@@ -151,7 +117,12 @@ TEST(Version, TextThatFillsItsBufferHasNoTerminatorAndOemZeroIsOne) {
   int16_t oem = 7;
   EXPECT_EQ(UpsVersionInfoDb(&info), 1);
   EXPECT_TRUE(info.oem == 131073 && info.version.number[0] == 2 && info.version.number[3] == 7);
-  char text[12] = "???????????";
+  UpsVersion parsed;
+  char text[12] = "";
+  EXPECT_EQ(UpsParseVersionInfoStr(&parsed, " 7.-3x.9") + UpsBuildVersionInfoStr(text, sizeof text, &parsed), 2);
+  EXPECT_STREQ(text, "7.-3.0.0");
+  EXPECT_EQ(UpsIsCompatibleVersionInfo(&parsed, &info.version), 0);
+  std::fill_n(text, 11, '?');
   EXPECT_EQ(UpsVersionNrDb(text, 7), 1);
   EXPECT_STREQ(text, "2.4.0.7????");
   EXPECT_EQ(UpsFileDateDb(text, sizeof text), 1);

@@ -21,14 +21,8 @@ void *faulty_realloc(void *block, size_t size) { return allocation_fails() ? nul
 
 namespace {
 
-void *allocate(size_t size, size_t alignment = alignof(std::max_align_t)) {
-  void *block = nullptr;
-  if (!allocation_fails()) block = std::aligned_alloc(alignment, (size + alignment) / alignment * alignment);
-  return block;
-}
-
-void *allocate_or_throw(size_t size, size_t alignment = alignof(std::max_align_t)) {
-  void *block = allocate(size, alignment);
+void *allocate_or_throw(size_t size) {
+  void *block = faulty_malloc(size);
   if (block == nullptr) throw std::bad_alloc();
   return block;
 }
@@ -37,17 +31,9 @@ void *allocate_or_throw(size_t size, size_t alignment = alignof(std::max_align_t
 
 void *operator new(size_t size) { return allocate_or_throw(size); }
 void *operator new[](size_t size) { return allocate_or_throw(size); }
-void *operator new(size_t size, std::align_val_t to) { return allocate_or_throw(size, static_cast<size_t>(to)); }
-void *operator new[](size_t size, std::align_val_t to) { return allocate_or_throw(size, static_cast<size_t>(to)); }
-void *operator new(size_t size, const std::nothrow_t &) noexcept { return allocate(size); }
-void *operator new[](size_t size, const std::nothrow_t &) noexcept { return allocate(size); }
+void *operator new(size_t size, const std::nothrow_t &) noexcept { return faulty_malloc(size); }
+void *operator new[](size_t size, const std::nothrow_t &) noexcept { return faulty_malloc(size); }
 void operator delete(void *block) noexcept { std::free(block); }
 void operator delete[](void *block) noexcept { std::free(block); }
 void operator delete(void *block, size_t) noexcept { std::free(block); }
 void operator delete[](void *block, size_t) noexcept { std::free(block); }
-void operator delete(void *block, std::align_val_t) noexcept { std::free(block); }
-void operator delete[](void *block, std::align_val_t) noexcept { std::free(block); }
-void operator delete(void *block, size_t, std::align_val_t) noexcept { std::free(block); }
-void operator delete[](void *block, size_t, std::align_val_t) noexcept { std::free(block); }
-void operator delete(void *block, const std::nothrow_t &) noexcept { std::free(block); }
-void operator delete[](void *block, const std::nothrow_t &) noexcept { std::free(block); }

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/terminal/terminal.h"
+#include "tools/terminal/terminal.h"
 
 // Starts the tool there; `ports` are options of scripts/try-detection. False where no namespace can be made: the test
 // is then skipped, but in continuous integration it must run.
