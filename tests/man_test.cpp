@@ -126,10 +126,21 @@ TEST(ManPages, TellEveryCommandOfKavdb) {
   EXPECT_EQ(commands, 5);
 }
 
+// A page refers to all others.
+TEST(ManPages, NameEachOther) {
+  const std::vector<std::string> pages = {"kavcfg 1", "kavdb 1", "ups.cfg 5", "upstyp.ups 5", "kavsetup 8"};
+  for (const std::string &from : pages) {
+    std::string name = from;
+    name.replace(name.find(' '), 1, ".");
+    const std::string text = page(name), others = text.substr(text.find(".Sh SEE ALSO"));
+    for (const std::string &to : pages) EXPECT_EQ(others.find(".Xr " + to) != std::string::npos, to != from) << to;
+  }
+}
+
 TEST(ManPages, AreCleanMdoc) {
   // NOLINTBEGIN(cert-env33-c): constant commands
   if (std::system("command -v mandoc > /dev/null") != 0) GTEST_SKIP() << "mandoc is not installed";
-  EXPECT_EQ(std::system("cd " MAN_FOLDER " && mandoc -Tlint -Wwarning kavsetup.8 kavdb.1 ups.cfg.5 upstyp.ups.5"), 0);
+  EXPECT_EQ(std::system("cd " MAN_FOLDER " && mandoc -Tlint -Wwarning *.[158]"), 0);
   // NOLINTEND(cert-env33-c)
 }
 
