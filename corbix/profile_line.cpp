@@ -13,12 +13,6 @@ bool is_lead_byte(std::string_view line, size_t i) {
   return static_cast<unsigned char>(line[i]) >= 0x80 && i + 1 < line.size();
 }
 
-size_t skip_white(std::string_view line) {
-  size_t i = 0;
-  while (i < line.size() && is_white_byte(line[i])) ++i;
-  return i;
-}
-
 std::string_view before(std::string_view text, char end) { return text.substr(0, text.find(end)); }
 
 std::string_view trim_end(std::string_view text) {
@@ -68,8 +62,6 @@ bool find_value(std::string_view line, int mode, std::string_view &value) {
   return true;
 }
 
-int has_bit(int mode, unsigned bit) { return is_valid_mode(mode) && (ModeMask[mode] & bit) != 0; }
-
 }  // namespace
 
 // ---- Modes ----------------------------------------------------------------------------------------------------------
@@ -93,23 +85,7 @@ const unsigned ModeMask[kModeCount] = {
   kModeKeys | kModeTopics | kModeBinary | kModeWrite,                             // 14 write
 };  // clang-format on
 
-int is_valid_mode(int mode) { return mode >= 1 && mode < kModeCount; }
-int is_write(int mode) { return has_bit(mode, kModeWrite); }
-int is_binary(int mode) { return has_bit(mode, kModeBinary); }
-int is_merge(int mode) { return has_bit(mode, kModeMerge); }
-int is_keyless(int mode) { return has_bit(mode, kModeKeyless); }
-int is_keys(int mode) { return has_bit(mode, kModeKeys); }
-int is_topics(int mode) { return has_bit(mode, kModeTopics); }
-int is_case_sensitive(int mode) { return has_bit(mode, kModeCaseSensitive); }
-
 // ---- Questions to one line ------------------------------------------------------------------------------------------
-
-int is_white_space_line(std::string_view line) { return skip_white(line) == line.size(); }
-
-int is_entry_line(std::string_view line) {
-  const size_t start = skip_white(line);
-  return start < line.size() && line[start] != ';' && line[start] != '#';
-}
 
 int is_topic(std::string_view line) {
   // Counts "["; one of them and then something else makes 2. Kept: a "[" as that something does, too ("[[]" is a
@@ -151,8 +127,6 @@ int has_key_entry(std::string_view line) {
   return letter && i < line.size() && line[i] == '=';
 }
 
-bool needs_key(std::string_view line, int mode) { return is_keyless(mode) || !has_key_entry(line); }
-
 void write_generated_key(char *out, uint16_t number) {
   const std::string_view start = kTmpKey;
   start.copy(out, start.size());
@@ -189,7 +163,7 @@ int get_topic(std::string_view line, char *out) {
 
 bool find_entry(std::string_view line, int mode, std::string_view &key) {
   const bool with_blanks = is_keys(mode);
-  const size_t start = skip_white(line);
+  const size_t start = count_leading_white(line);
   key = {};
   if (start == line.size() || line[start] == ';') return false;
   size_t end = start;

@@ -25,22 +25,31 @@ inline constexpr unsigned kModeCaseSensitive = 0x40;  // names compare exactly, 
 inline constexpr int kModeCount = 15;  // mode 0 is none
 extern const unsigned ModeMask[kModeCount];
 
-int is_valid_mode(int mode);
+inline int is_valid_mode(int mode) { return mode >= 1 && mode < kModeCount; }
 // 0 for every mode that is not valid.
-int is_write(int mode);
-int is_binary(int mode);
-int is_merge(int mode);
-int is_keyless(int mode);
-int is_keys(int mode);
-int is_topics(int mode);
-int is_case_sensitive(int mode);
+inline int has_mode_bit(int mode, unsigned bit) { return is_valid_mode(mode) && (ModeMask[mode] & bit) != 0; }
+inline int is_write(int mode) { return has_mode_bit(mode, kModeWrite); }
+inline int is_binary(int mode) { return has_mode_bit(mode, kModeBinary); }
+inline int is_merge(int mode) { return has_mode_bit(mode, kModeMerge); }
+inline int is_keyless(int mode) { return has_mode_bit(mode, kModeKeyless); }
+inline int is_keys(int mode) { return has_mode_bit(mode, kModeKeys); }
+inline int is_topics(int mode) { return has_mode_bit(mode, kModeTopics); }
+inline int is_case_sensitive(int mode) { return has_mode_bit(mode, kModeCaseSensitive); }
 
 // ---- Questions to one line ------------------------------------------------------------------------------------------
 
 inline bool is_white_byte(char c) { return static_cast<unsigned char>(c) <= ' ' && is_white_space(c); }
-int is_white_space_line(std::string_view line);
+inline size_t count_leading_white(std::string_view line) {
+  size_t i = 0;
+  while (i < line.size() && is_white_byte(line[i])) ++i;
+  return i;
+}
+inline int is_white_space_line(std::string_view line) { return count_leading_white(line) == line.size(); }
 // The first character that is not white space exists and is neither ";" nor "#". Topics are entry lines for this test.
-int is_entry_line(std::string_view line);
+inline int is_entry_line(std::string_view line) {
+  const size_t start = count_leading_white(line);
+  return start < line.size() && line[start] != ';' && line[start] != '#';
+}
 // "[", something, "]". A two-byte character counts for nothing.
 int is_topic(std::string_view line);
 // The generated topic's line, and a line with a generated key.
@@ -90,4 +99,4 @@ static_assert(kTmpTopicLine.substr(1, kTmpTopicLine.size() - 3) == kTmpTopic);
 inline constexpr size_t kGeneratedKeyLength = std::string_view(kTmpKey).size() + 6;
 void write_generated_key(char *out, uint16_t number);
 // Does an entry line get one, in a mode that generates keys?
-bool needs_key(std::string_view line, int mode);
+inline bool needs_key(std::string_view line, int mode) { return is_keyless(mode) || !has_key_entry(line); }

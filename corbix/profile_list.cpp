@@ -1,6 +1,7 @@
 #include "corbix/profile_list.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <new>
 
@@ -11,7 +12,13 @@ namespace {
 
 constexpr const char *kPath = "corbix/xconfig";
 
-char to_capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+// What becomes of each character of a topic in its key: capitals, and 0 for what is left out.
+constexpr std::array<char, 256> kKeyCharacters = [] {
+  std::array<char, 256> table = {};
+  for (int c = 0; c < 256; ++c) table[c] = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+  for (const char c : {'[', ']', ' ', '\n', '\r', '\t', '\x1A'}) table[c] = 0;
+  return table;
+}();
 
 void free_text(ProfileLine *line) {
   if (!line->text_is_lent) delete[] line->txt;
@@ -22,7 +29,7 @@ void free_text(ProfileLine *line) {
 }
 
 void free_node(ProfileLine *line) {
-  free_text(line);
+  if (!line->text_is_lent) delete[] line->txt;
   if (!line->node_is_lent) delete line;
 }
 
@@ -38,7 +45,7 @@ void link_behind(ProfileLine *after, ProfileLine *line) {
 int store_text(ProfileLine *line, std::string_view prefix, std::string_view text, HashHandle h) {
   require(h != nullptr, "h", kPath);
   const size_t length = prefix.size() + text.size();
-  if (line == nullptr || length > UINT32_MAX) return 0;
+  if (line == nullptr || length > kLongestLine) return 0;
   const bool fits = line->txt != nullptr && length <= line->length;
   char *room = fits ? line->txt : new (std::nothrow) char[length];
   if (room == nullptr) return 0;
@@ -85,12 +92,19 @@ ProfileLine *refill_first(ProfileLine *first, HashHandle h) {
   return first;
 }
 
+std::span<ProfileLine> take_nodes(LinePool *pool) {
+  void *room = pool->memory->allocate(kNodesAtOnce * sizeof(ProfileLine), alignof(ProfileLine));
+  return {new (room) ProfileLine[kNodesAtOnce]{}, kNodesAtOnce};
+}
+
 // The node for the next line that is read.
 ProfileLine *next_node(LineReading *reading) {
   ProfileRecord *record = reading->record;
   ProfileLine *node = &record->first;
   if (reading->last != nullptr) {
-    node = new (record->pool.memory.allocate(sizeof(ProfileLine), alignof(ProfileLine))) ProfileLine{};
+    if (reading->nodes.empty()) reading->nodes = take_nodes(&record->pool);
+    node = &reading->nodes.front();
+    reading->nodes = reading->nodes.subspan(1);
     node->prev = reading->last;
     reading->last->next = node;
   }
@@ -100,9 +114,19 @@ ProfileLine *next_node(LineReading *reading) {
   return node;
 }
 
+// Registers a topic's line, of which `text` is the text.
+int index_topic(ProfileLine *line, std::string_view text, HashHandle h) {
+  char key[kLongestTopicLine + 1];
+  getTopicHashKey(key, text);
+  bool stored = false;
+  const int result = hash_insert_new(h, key, &line, &stored);
+  line->hash_flag = stored;
+  return result;
+}
+
 // Room in the pool for `size` bytes.
 char *take_text(LineReading *reading, size_t size) {
-  return static_cast<char *>(reading->record->pool.memory.allocate(size, 1));
+  return static_cast<char *>(reading->record->pool.memory->allocate(size, 1));
 }
 
 int append_tmp_topic(LineReading *reading) {
@@ -124,7 +148,8 @@ void getTopicHashKey(char *buffer, std::string_view topicLine) {
   require(topicLine.data() != nullptr, "TopicLine", kPath);
   require(buffer != topicLine.data(), "Buffer!=TopicLine", kPath);
   for (const char c : topicLine) {
-    if (c != '[' && c != ']' && !is_white_space(c)) *buffer++ = to_capital(c);
+    *buffer = kKeyCharacters[static_cast<unsigned char>(c)];
+    buffer += *buffer != '\0';
   }
   *buffer = '\0';
 }
@@ -139,13 +164,7 @@ int hashNewTextVal(ProfileLine *ptr, HashHandle h) {
   require(ptr != nullptr, "ptr", kPath);
   require(!ptr->hash_flag, "!(ptr->hash_flag)", kPath);
   const std::string_view line = text_of(*ptr);
-  if (line.size() > kLongestTopicLine || !is_topic(line)) return 1;
-  char key[kLongestTopicLine + 1];
-  getTopicHashKey(key, line);
-  bool stored = false;
-  const int result = hash_insert_new(h, key, &ptr, &stored);
-  ptr->hash_flag = stored;
-  return result;
+  return line.size() > kLongestTopicLine || !is_topic(line) ? 1 : index_topic(ptr, line, h);
 }
 
 void removeTopicHashEntry(ProfileLine *ptr, HashHandle h) {
@@ -186,7 +205,7 @@ ProfileLine *new_node(ProfileLine *after) {
 }
 
 ProfileLine *new_line(ProfileLine *after, size_t size) {
-  char *room = size <= UINT32_MAX ? new (std::nothrow) char[size] : nullptr;
+  char *room = size <= kLongestLine ? new (std::nothrow) char[size] : nullptr;
   if (room == nullptr) return nullptr;
   ProfileLine *line = new_node(after);
   if (line == nullptr) {
@@ -233,8 +252,9 @@ void free_all_lines(ProfileLine *first, HashHandle h) {
   first->hash_flag = 0;
   free_text(first);
   for (ProfileLine *line = first->next; line != nullptr;) {
-    line->hash_flag = 0;
-    line = free_line(line, h);
+    ProfileLine *next = line->next;
+    free_node(line);
+    line = next;
   }
   first->next = nullptr;
 }
@@ -321,5 +341,5 @@ int take_line(LineReading *reading, char *text, size_t length) {
   node->txt = text;
   node->length = static_cast<uint32_t>(length);
   node->has_nul = line.size() < whole.size();
-  return topic ? hashNewTextVal(node, reading->record->hash) : 1;
+  return topic ? index_topic(node, line, reading->record->hash) : 1;
 }

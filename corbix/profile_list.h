@@ -8,27 +8,31 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory_resource>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "corbix/profile_line.h"
 #include "corbix/xhash.h"
 
+inline constexpr size_t kLongestLine = (size_t{1} << 28) - 1;  // more than a file may hold
+
 struct ProfileLine {
   char *txt;  // `length` bytes with the line's own "\n", not terminated; null only in the empty first node of a profile
   ProfileLine *prev;
   ProfileLine *next;
-  uint32_t length;
-  uint8_t hash_flag;     // 1 while the topic index leads to this line
-  uint8_t has_nul;       // the line ends at its first NUL for every question, but it is written back whole
-  uint8_t text_is_lent;  // txt and the node lie in the profile's pool: they are given back with it, not one by one
-  uint8_t node_is_lent;
+  uint32_t length : 28;       // with the flags in one word, a node is smaller than a list's with two pieces of memory
+  uint32_t hash_flag : 1;     // 1 while the topic index leads to this line
+  uint32_t has_nul : 1;       // the line ends at its first NUL for every question, but it is written back whole
+  uint32_t text_is_lent : 1;  // txt and the node lie in the profile's pool: they are given back with it, not one by one
+  uint32_t node_is_lent : 1;
 };
 
 // The memory of the lines that were read from the file: a few big pieces instead of two small ones for each line.
 struct LinePool {
-  std::string content;                               // the file; the texts of most lines lie in it
-  std::pmr::monotonic_buffer_resource memory{8192};  // nodes, and the texts that got a generated key
+  std::string content;                                        // the file; the texts of most lines lie in it
+  std::optional<std::pmr::monotonic_buffer_resource> memory;  // nodes, and the texts that got a generated key
 };
 
 struct ProfileRecord {
@@ -99,13 +103,16 @@ void delete_topic(ProfileLine *topicLine, HashHandle h);
 
 // ---- Reading --------------------------------------------------------------------------------------------------------
 
+inline constexpr size_t kNodesAtOnce = 16;  // taken from the pool
+
 // The state of making lines of a file; `last` is null before the first one.
 struct LineReading {
   ProfileRecord *record;
   ProfileLine *last;
-  uint16_t counter;    // of the generated keys of the present topic
-  bool topic_missing;  // no topic yet: the first entry gets the generated one in front
-  bool without_nul;    // no line holds a NUL
+  std::span<ProfileLine> nodes;  // of the pool, for the next lines
+  uint16_t counter;              // of the generated keys of the present topic
+  bool topic_missing;            // no topic yet: the first entry gets the generated one in front
+  bool without_nul;              // no line holds a NUL
 };
 
 // Appends the line of `length` bytes at `text`, which lies in the pool, with what the record's mode generates for it.

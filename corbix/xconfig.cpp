@@ -75,12 +75,45 @@ bool decode_byte(char byte, char *line, size_t &length) {
   return true;
 }
 
+// Decodes the next kKeySize bytes of a line at once, in place, unless the line may end in them. A database has 100 kB
+// of them, and the program's start waits for it.
+constexpr size_t kKeySize = sizeof codeKey;
+bool decode_piece(char *bytes) {
+  char piece[kKeySize];
+  bool may_end = false;
+  for (size_t i = 0; i < kKeySize; ++i) {
+    piece[i] = coded(bytes[i], i);
+    may_end |= piece[i] == '\n';
+  }
+  if (!may_end) std::memcpy(bytes, piece, kKeySize);
+  return !may_end;
+}
+
+// Decodes the line at `at` in place and moves `at` behind it. True when it is complete, with its "\r\n" or by its
+// length.
+bool decode_line(std::string &content, size_t &at, size_t &length) {
+  char *line = content.data() + at;
+  const size_t room = std::min(content.size() - at, kLongestCodedLine);
+  bool complete = false;
+  size_t used = 0;
+  for (length = 0; !complete && used < room;) {
+    if (used % kKeySize == 0 && used + kKeySize <= room && decode_piece(line + used)) {
+      used += kKeySize;
+      length = used;
+    } else {
+      complete = decode_byte(line[used++], line, length);
+    }
+  }
+  at += used;
+  return complete || used == kLongestCodedLine;
+}
+
 // ---- Reading --------------------------------------------------------------------------------------------------------
 
 int read_all_lines(ProfileRecord *record) {
   std::string &content = record->pool.content;
   const bool without_nul = content.find('\0') == std::string::npos;
-  LineReading reading = {record, nullptr, 0, !is_topics(record->mode), without_nul};
+  LineReading reading = {record, nullptr, {}, 0, !is_topics(record->mode), without_nul};
   for (size_t at = 0; at < content.size();) {
     const std::string_view piece = std::string_view(content).substr(at, kLongestTextLine);
     const size_t length = std::min(piece.find('\n'), piece.size() - 1) + 1;
@@ -93,16 +126,12 @@ int read_all_lines(ProfileRecord *record) {
 // Decodes in place. Kept: behind the last line's end comes one empty line, and a line of 1023 bytes loses its end.
 int read_all_coded_lines(ProfileRecord *record) {
   std::string &content = record->pool.content;
-  LineReading reading = {record, nullptr, 0, !is_topics(record->mode), false};
+  LineReading reading = {record, nullptr, {}, 0, !is_topics(record->mode), false};
   size_t at = 0;
   for (bool at_end = false; !at_end;) {
     char *line = content.data() + at;
     size_t length = 0;
-    bool complete = false;
-    while (!complete && length < kLongestCodedLine && at < content.size()) {
-      complete = decode_byte(content[at++], line, length);
-    }
-    at_end = !complete && length < kLongestCodedLine;
+    at_end = !decode_line(content, at, length);
     if (!take_line(&reading, line, length)) return 0;
   }
   return 1;
@@ -120,13 +149,24 @@ void free_profile(ProfileRecord *record) {
   free_all_lines(&record->first, record->hash);
   HashDestroy(record->hash);
   record->hash = nullptr;
-  record->pool.memory.release();
+  record->pool.memory.reset();
   std::string().swap(record->pool.content);
   record->is_open = 0;
 }
 
+// What the lines of a file take beside its content, so that one piece of memory holds them: the nodes (and that of the
+// generated topic), and of a coded file the texts, since most of its lines get a generated key.
+size_t size_of_lines(const std::string &content, int mode) {
+  if (is_binary(mode)) return content.size() * 3 / 2 + sizeof(ProfileLine);
+  size_t lines = 2;
+  for (size_t at = 0; (at = content.find('\n', at)) != std::string::npos; ++at) ++lines;
+  return (lines / kNodesAtOnce + 1) * kNodesAtOnce * sizeof(ProfileLine);
+}
+
 int load_profile(ProfileRecord *record) {
-  if (!read_file(record->name, record->pool.content)) return 0;
+  LinePool &pool = record->pool;
+  if (!read_file(record->name, pool.content)) return 0;
+  pool.memory.emplace(size_of_lines(pool.content, record->mode));
   return is_binary(record->mode) ? read_all_coded_lines(record) : read_all_lines(record);
 }
 

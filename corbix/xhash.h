@@ -18,12 +18,17 @@ struct HASHENTRY_t {
   void *Data;
 };
 
+struct CellBlock;
+union Cell;
+
 struct HashTable {
   XMEMLIST *Tbl;  // TblSize buckets of HASHENTRY_t, each initialised by the first insert into it
   uint32_t TblSize;
   int HashMode;
   uint32_t BlockSize;  // 0 unless HashMode is kHashBlock
   uint32_t used;       // buckets that are initialised
+  CellBlock *blocks;   // memory of small entries, and what of it is free
+  Cell *free_cells;
 };
 using HashHandle = HashTable *;
 
@@ -47,7 +52,7 @@ int HashGet(HashHandle hHash, const char *Key, void **Data);
 uint32_t calcHashIndex(const char *Key, uint32_t TblSize);
 // The bucket that a key belongs into and the key's position in it. 0 when absent.
 int findHashEntry(const HashTable *t, const char *Key, XMEMLIST **m, XMLPosition *pos);
-// 0 when memory runs out: the entry is then empty.
+// An entry outside a table, with memory of its own. 0 when memory runs out: the entry is then empty.
 int initHashEntry(HASHENTRY_t *h, int HashMode, uint32_t BlockSize, const char *Key, void *Data);
 void emptyHashEntry(HASHENTRY_t *h, int HashMode);
 // 0 for a bucket that was never used.

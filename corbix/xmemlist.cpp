@@ -11,37 +11,19 @@ namespace {
 
 constexpr const char *kPath = "corbix/xmemlist";
 
-// A node that is not linked yet, with its zeroed block behind it in one piece of memory; null when there is none left.
+// A node that is not linked yet, with its block behind it in one piece of memory; null when there is none left.
 XMLNode *newBlock(XMEMLIST *list) {
   if (list->count == UINT16_MAX) return nullptr;
   void *memory = std::calloc(1, sizeof(XMLNode) + list->cbData);
   if (memory == nullptr) return nullptr;
   auto *node = new (memory) XMLNode{};
   node->data = node + 1;
-  ++list->count;
   return node;
 }
 
-void freeNode(XMEMLIST *list, XMLNode *node) {
-  if (node->prev != nullptr) {
-    node->prev->next = node->next;
-  } else {
-    list->head = node->next;
-  }
-  if (node->next != nullptr) {
-    node->next->prev = node->prev;
-  } else {
-    list->tail = node->prev;
-  }
-  --list->count;
-  std::free(node);
-}
-
-// Links a new node with a copy of `data` between two neighbours, each of which may be null.
-XMLNode *insert_between(XMEMLIST *list, XMLNode *prev, XMLNode *next, const void *data) {
-  XMLNode *node = newBlock(list);
-  if (node == nullptr) return nullptr;
-  std::memcpy(node->data, data, list->cbData);
+// Links a node between two neighbours, each of which may be null.
+void link_between(XMEMLIST *list, XMLNode *prev, XMLNode *next, XMLNode *node) {
+  ++list->count;
   node->prev = prev;
   node->next = next;
   if (prev != nullptr) {
@@ -54,6 +36,19 @@ XMLNode *insert_between(XMEMLIST *list, XMLNode *prev, XMLNode *next, const void
   } else {
     list->tail = node;
   }
+}
+
+void freeNode(XMEMLIST *list, XMLNode *node) {
+  unlink_node(list, node);
+  std::free(node);
+}
+
+// Links a new node with a copy of `data` between two neighbours.
+XMLNode *insert_between(XMEMLIST *list, XMLNode *prev, XMLNode *next, const void *data) {
+  XMLNode *node = newBlock(list);
+  if (node == nullptr) return nullptr;
+  std::memcpy(node->data, data, list->cbData);
+  link_between(list, prev, next, node);
   return node;
 }
 
@@ -98,6 +93,29 @@ XMLPosition XMLInsertAfter(XMEMLIST *list, XMLPosition position, const void *dat
   XMLAssertValid();
   if (position == nullptr) position = list->tail;
   return insert_between(list, position, position == nullptr ? nullptr : position->next, data);
+}
+
+int link_tail(XMEMLIST *list, XMLNode *node) {
+  XMLAssertValid();
+  if (list->count == UINT16_MAX) return 0;
+  node->data = node + 1;
+  link_between(list, list->tail, nullptr, node);
+  return 1;
+}
+
+void unlink_node(XMEMLIST *list, XMLNode *node) {
+  XMLAssertValid();
+  if (node->prev != nullptr) {
+    node->prev->next = node->next;
+  } else {
+    list->head = node->next;
+  }
+  if (node->next != nullptr) {
+    node->next->prev = node->prev;
+  } else {
+    list->tail = node->prev;
+  }
+  --list->count;
 }
 
 void XMLRemoveHead(XMEMLIST *list, void *out) {

@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <cstdio>
 
-struct alignas(std::max_align_t) XMLNode {
+struct XMLNode {
   XMLNode *next;
   XMLNode *prev;
-  void *data;  // cbData bytes
+  void *data;  // cbData bytes, aligned as a pointer is
 };
 using XMLPosition = XMLNode *;
 
@@ -33,6 +33,11 @@ void XMLRemoveAll(XMEMLIST *list);
 XMLPosition XMLAddTail(XMEMLIST *list, const void *data);
 XMLPosition XMLInsertBefore(XMEMLIST *list, XMLPosition position, const void *data);
 XMLPosition XMLInsertAfter(XMEMLIST *list, XMLPosition position, const void *data);
+
+// A node in memory of the caller's, with its element behind it, put at the tail and taken out again. 0, and the list as
+// it was, when the list is full. Such a node may not be removed by the calls below, which free.
+int link_tail(XMEMLIST *list, XMLNode *node);
+void unlink_node(XMEMLIST *list, XMLNode *node);
 
 // Copy the element into `out` (unless null) and remove it. The list must not be empty.
 void XMLRemoveHead(XMEMLIST *list, void *out);
