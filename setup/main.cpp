@@ -35,8 +35,8 @@ void create_configurations(WINDOW *win) {
 bool run_on_screen() {
   const Window win = open_window(kScreenRows, kScreenColumns, 0, 0);
   if (win == nullptr || LINES < kScreenRows || COLS < kScreenColumns) return false;
+  // not shown by itself: what comes at once covers all of it, and the terminal would flash and take 24 rows for nothing
   wffill_full_area(win.get(), ' ', kAttrBackground);
-  wshow(win.get());
   if (does_file_exist(kConfigurationFile, 1)) {
     do_config(win.get(), kAttrNormal, kConfigurationFile, kSessionEdit);
   } else {
