@@ -1,79 +1,146 @@
-// What a person waits for: the start, a key in a menu, Escape; beside bare curses, all in one run.
-// Prints a table; the times are medians in milliseconds.
+// What a person waits for: the start, a key in a menu, a list and a mask, Escape; and the memory of a session. Beside
+// bare curses and dialog, in the terminal of tools/terminal. Lines: FIGURE/PROGRAM,VALUE; times are medians in
+// milliseconds.
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 #include <vector>
 
-#include "tests/terminal/terminal.h"
+#include "bench/models.h"
+#include "tools/terminal/menus.h"
 
 namespace {
 
 constexpr int kRuns = 25;
+constexpr int kListMoves = 8;  // Downs in the list of models until it scrolls
+
+const std::vector<Key> kToSession = {Enter, Down, Enter};
+const std::vector<Key> kToPaths = {Down, Down, Enter};
+const std::vector<Key> kToEvents = {Down, Down, Down, Enter};
+const std::vector<Key> kToModelList = {Enter, Down, Down, Down, Down, Down, Down, Enter};
 
 double median(std::vector<double> values) {
   std::sort(values.begin(), values.end());
   return values[values.size() / 2];
 }
 
+void print(const std::string &figure, const std::string &program, double value) {
+  std::printf("%s/%s,%.3f\n", figure.c_str(), program.c_str(), value);
+}
+
+// A program at the place where a key is measured.
+struct Place {
+  const char *program;
+  Start start;
+  std::vector<Key> keys;  // that lead there
+};
+
+// The arguments of a dialog with so many entries.
+Start dialog_menu(int entries) {
+  Start start = {.options = {"--menu", "KAVLON Configuration", "22", "70", "14"}, .program = DIALOG};
+  for (int i = 0; i < entries; i++) start.options.insert(start.options.end(), {model_name(i), ""});
+  return start;
+}
+
+std::vector<Key> operator+(std::vector<Key> keys, const std::vector<Key> &more) {
+  keys.insert(keys.end(), more.begin(), more.end());
+  return keys;
+}
+
+void measure_start(const std::vector<Place> &places) {
+  std::vector<std::vector<double>> times(places.size());
+  for (int run = 0; run < kRuns; run++) {  // in turn, so that what else the machine does meets all alike
+    for (size_t i = 0; i < places.size(); i++) {
+      Terminal t;
+      times[i].push_back(t.start(places[i].start).last_output);
+    }
+  }
+  for (size_t i = 0; i < places.size(); i++) print("start", places[i].program, median(times[i]));
+}
+
+// The key so many times; its time, and the most bytes that one took.
+void measure_key(const std::string &figure, Key key, int presses, const std::vector<Place> &places) {
+  for (const Place &place : places) {
+    Terminal t;
+    t.start(place.start);
+    t.press(place.keys);
+    std::vector<double> times;
+    size_t bytes = 0;
+    for (int i = 0; i < presses; i++) {
+      const Timing timing = t.measure(key);
+      times.push_back(timing.last_output);
+      bytes = std::max(bytes, timing.bytes);
+    }
+    print(figure, place.program, median(times));
+    print(figure + " bytes", place.program, static_cast<double>(bytes));
+  }
+}
+
+void measure_escape(const Start &session) {
+  std::vector<double> times;
+  Terminal t;
+  open_new_session(t, session);
+  for (int run = 0; run < kRuns; run++) {
+    t.press({Enter});
+    times.push_back(t.measure(Escape).last_output);
+  }
+  print("escape", "kavsetup", median(times));
+}
+
 // Peak memory of a process, kB.
-long peak_memory(int process) {
+double peak_memory(pid_t process) {
   std::ifstream status("/proc/" + std::to_string(process) + "/status");
   for (std::string line; std::getline(status, line);) {
-    if (line.starts_with("VmHWM:")) return std::stol(line.substr(6));
+    if (line.starts_with("VmHWM:")) return std::stod(line.substr(6));
   }
   return 0;
 }
 
-struct Figures {
-  double start, down;
-  size_t down_bytes;
-  long memory;
-};
-
-Figures measure(const Start &how) {
-  std::vector<double> starts, downs;
-  Figures figures = {};
-  for (int i = 0; i < kRuns; i++) {
-    Terminal t;
-    starts.push_back(t.start(how).last_output);
-    for (int k = 0; k < 4; k++) {
-      const Timing down = t.measure(Key::Down);
-      downs.push_back(down.last_output);
-      figures.down_bytes = std::max(figures.down_bytes, down.bytes);
-    }
-    figures.memory = peak_memory(t.process());
-  }
-  figures.start = median(starts);
-  figures.down = median(downs);
-  return figures;
-}
-
-double measure_escape() {
-  std::vector<double> times;
+// A session through all masks and the long lists that saves in between.
+void measure_memory(const Start &session, const Start &bare) {
   Terminal t;
-  t.start();
-  t.press({Key::Enter, Key::Down, Key::Enter});
-  for (int i = 0; i < kRuns; i++) {
-    t.press({Key::Enter});
-    t.settle();
-    times.push_back(t.measure(Key::Escape).last_output);
+  open_new_session(t, session);
+  t.press(kToModelList + std::vector<Key>{PageDown, Enter, F10});
+  for (const int mask : {kSystem, kPaths, kEvents, kMail}) {
+    choose(t, mask);
+    t.press({Down, Escape});
   }
-  return median(times);
+  choose(t, kSave);
+  t.press(kToSession + kToModelList);
+  t.settle();
+  print("session", "kavsetup", peak_memory(t.process));
+  Terminal other;
+  other.start(bare);
+  other.press({Down, Down});
+  other.settle();
+  print("session", "bare", peak_memory(other.process));
 }
 
 }  // namespace
 
+void terminal_fault(const std::string &what, const char *, int) {
+  std::fprintf(stderr, "%s\n", what.c_str());
+  std::exit(1);
+}
+
 int main() {
-  const Figures bare = measure({.program = BARE_MENU});
-  const Figures ours = measure({});
-  std::printf("%-28s %10s %10s %8s\n", "", "bare", "kavsetup", "ratio");
-  std::printf("%-28s %10.2f %10.2f %8.2f\n", "start to first menu, ms", bare.start, ours.start,
-              ours.start / bare.start);
-  std::printf("%-28s %10.2f %10.2f %8.2f\n", "Down in a menu, ms", bare.down, ours.down, ours.down / bare.down);
-  std::printf("%-28s %10zu %10zu\n", "bytes of one Down", bare.down_bytes, ours.down_bytes);
-  std::printf("%-28s %10ld %10ld\n", "peak memory, kB", bare.memory, ours.memory);
-  std::printf("%-28s %10s %10.2f\n", "Escape out of a mask, ms", "", measure_escape());
+  const Start session = {.files = {{"upstyp.ups", big_database()}}};
+  const Start bare = {.program = BARE_MENU};
+  const Start menu = dialog_menu(kListMoves + 1);
+  const Start long_menu = dialog_menu(kModels);
+  const Start input = {.options = {"--inputbox", "Path", "10", "70"}, .program = DIALOG};
+  const std::vector<Key> to_list = kToSession + kToModelList;
+  const std::vector<Key> to_last_row(kListMoves, Down);
+  measure_start({{"kavsetup", session, {}}, {"bare", bare, {}}, {"dialog", menu, {}}});
+  measure_key("down", Down, kListMoves, {{"kavsetup", session, {}}, {"bare", bare, {}}, {"dialog", menu, {}}});
+  measure_key("list", Down, kListMoves, {{"kavsetup", session, to_list}, {"dialog", long_menu, {}}});
+  measure_key("events", Down, kListMoves, {{"kavsetup", session, kToSession + kToEvents}});
+  measure_key("scroll", Down, kRuns,
+              {{"kavsetup", session, to_list + to_last_row}, {"dialog", long_menu, to_last_row + to_last_row}});
+  measure_key("type", {"x"}, kRuns, {{"kavsetup", session, kToSession + kToPaths}, {"dialog", input, {}}});
+  measure_escape(session);
+  measure_memory(session, bare);
   return 0;
 }
