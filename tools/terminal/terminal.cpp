@@ -15,6 +15,7 @@
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <tuple>
 
 #include "tools/terminal/program.h"
 
@@ -159,10 +160,11 @@ bool pump(Terminal &t, int time, bool for_input = false) {
   return any;
 }
 
-// The content of a file, as far as it can be read: a process may end while its file below /proc is read.
+// The content of a file, empty when it can't be read: a process may end while its file below /proc is.
 std::string read_all(const fs::path &path) {
-  std::ifstream stream(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
+  std::string content;
+  std::ignore = read_file(path.c_str(), content);
+  return content;
 }
 
 // Whether the program sleeps without a time limit until the terminal has input for it. A lone Escape is
