@@ -68,7 +68,8 @@ uint32_t bucket_of(const char *Key, Size TblSize) {
   const uint32_t shares[] = {TblSize, TblSize / 2, TblSize / 3, TblSize / 4};
   uint32_t n = 0;
   for (uint32_t i = 0; Key[i] != '\0'; ++i) {
-    const auto c = static_cast<uint32_t>(static_cast<signed char>(Key[i]));  // bytes from 0x80 on are negative
+    const auto byte = static_cast<unsigned char>(Key[i]);
+    const uint32_t c = byte < 0x80 ? byte : byte - 0x100U;  // bytes from 0x80 on are negative
     const uint32_t s = (i + c) & 3U;
     n = (n + ((c * (i + 1)) << s) + shares[s]) % TblSize;
   }

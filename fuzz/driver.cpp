@@ -59,7 +59,7 @@ int main(int argc, char *argv[]) {
   const std::vector<std::string> corpus = argc > 1 ? read_corpus(argv[1]) : std::vector<std::string>();
   const int mutations = argc > 2 ? to_int32(argv[2]) : kMutations;
   expect(!corpus.empty());
-  Random random(1);
+  Random random(1);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same mutations in every run
   for (const std::string &input : corpus) run(input);
   for (int i = 0; i < mutations; ++i) {
     std::string input = corpus[below(random, corpus.size())];
