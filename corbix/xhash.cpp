@@ -98,18 +98,15 @@ int add_cells(HashHandle t) {
   return 1;
 }
 
-// Nearly every topic's entry fits into a cell. Copied data do not go there: their holder may change a text's length.
-bool fits_cell(const HashTable *t, size_t size) { return t->HashMode == kHashPointer && size <= sizeof(Cell); }
-
-// Memory for an entry of `size` bytes.
+// Memory for an entry of `size` bytes: nearly every topic's fits into a cell.
 void *take_room(HashHandle t, size_t size) {
-  if (!fits_cell(t, size)) return std::malloc(size);
+  if (size > sizeof(Cell)) return std::malloc(size);
   if (t->free_cells == nullptr && !add_cells(t)) return nullptr;
   return std::exchange(t->free_cells, t->free_cells->next_free);
 }
 
 void give_room_back(HashHandle t, void *room, size_t size) {
-  if (!fits_cell(t, size)) return std::free(room);
+  if (size > sizeof(Cell)) return std::free(room);
   t->free_cells = new (room) Cell{t->free_cells};
 }
 
