@@ -1,6 +1,5 @@
 // The program in Japanese: every screen, in terminals of either charset, and Japanese typed into its fields.
 #include <gtest/gtest.h>
-#include <iconv.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -12,6 +11,7 @@
 #include "setup/events_cfg/texts.h"
 #include "setup/texts.h"
 #include "tests/terminal/session.h"
+#include "util/converter.h"
 #include "util/tokens.h"
 
 namespace {
@@ -25,12 +25,11 @@ constexpr char kConfiguration[] =
     "EVENTLOG(\"warning\",100,\"text\")O;FROB(1,2)X9;SHUTDOWN(\"60\")O;\nEvent20=LOGMSG(\"soon\")OX5;\n";
 
 std::string utf8(std::string text) {
-  const iconv_t converter = iconv_open("UTF-8", "EUC-JP");
+  const Converter converter("UTF-8", "EUC-JP");
   std::string result(2 * text.size() + 1, '\0');
   char *in = text.data(), *out = result.data();
   size_t in_left = text.size(), out_left = result.size();
-  const bool valid = iconv(converter, &in, &in_left, &out, &out_left) == 0;
-  iconv_close(converter);
+  const bool valid = iconv(converter.handle, &in, &in_left, &out, &out_left) == 0;
   return valid ? result.substr(0, result.size() - out_left) : "(not EUC-JP)";
 }
 std::string piece(const std::string &text, int n) {

@@ -1,6 +1,5 @@
 #include "tools/terminal/terminal.h"
 
-#include <iconv.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/ioctl.h>
@@ -18,6 +17,7 @@
 #include <tuple>
 
 #include "tools/terminal/program.h"
+#include "util/converter.h"
 
 namespace {
 
@@ -59,7 +59,7 @@ void open_emulator(Terminal &t, int rows, int columns) {
 // `bytes` in another charset. A character at the end that is not whole stays in `bytes`; what can't be converted
 // becomes a question mark.
 std::string recode(const std::string &to, const std::string &from, std::string &bytes) {
-  const iconv_t converter = iconv_open(to.c_str(), from.c_str());
+  const Converter converter(to.c_str(), from.c_str());
   std::string result;
   char *in = bytes.data();
   size_t in_left = bytes.size();
@@ -67,7 +67,7 @@ std::string recode(const std::string &to, const std::string &from, std::string &
     char buffer[4096];
     char *out = buffer;
     size_t out_left = sizeof buffer;
-    const bool stopped = iconv(converter, &in, &in_left, &out, &out_left) == size_t(-1);
+    const bool stopped = iconv(converter.handle, &in, &in_left, &out, &out_left) == size_t(-1);
     const int error = errno;
     result.append(buffer, out);
     if (stopped && error == EINVAL) break;
@@ -76,7 +76,6 @@ std::string recode(const std::string &to, const std::string &from, std::string &
     in++;
     in_left--;
   }
-  iconv_close(converter);
   bytes.erase(0, bytes.size() - in_left);
   return result;
 }
