@@ -13,11 +13,11 @@ std::string frame_text(const char *label) {
   return place == std::string::npos ? text : text.substr(0, place) + '<' + text.substr(place + 2);
 }
 
-// 1 when the field's value is acceptable; else the person was told.
-int check_field(const Mask &mask, WINDOW *win, int field) {
-  const int accepted = mask.check(field, mask.number);
+// True when the field's value is acceptable; else the person was told.
+bool check_field(const Mask &mask, WINDOW *win, int field) {
+  const bool accepted = mask.check(mask.context, field);
   show_field(win, mask.record, mask.fields, field, attr_dkl);
-  if (!accepted) mask.show_error(win, field, mask.number);
+  if (!accepted) mask.show_error(mask.context, win, field);
   return accepted;
 }
 
@@ -25,7 +25,7 @@ int check_field(const Mask &mask, WINDOW *win, int field) {
 void show_notice(const Mask &mask, WINDOW *win, int32_t attr) {
   const int row = getmaxy(win) - 3;
   wfdraw_separator(win, row, attr);
-  const char *text = mask.notice == nullptr ? nullptr : mask.notice(mask.number);
+  const char *text = mask.notice(mask.context);
   if (text != nullptr) wprintv_cut(win, text, kAttrHighlight, row, 2, getmaxx(win) - 4);
 }
 
@@ -34,12 +34,12 @@ enum class Verdict { go_on, left, refused };
 // One key that ended the edit of `field`, which becomes the next field to edit.
 Verdict take_key(const Mask &mask, WINDOW *win, int &field, int key) {
   if (key == kKeyHelp) {
-    mask.show_help(win, mask.number, field);
+    mask.show_help(mask.context, win, field);
     return Verdict::go_on;
   }
-  const bool opens_list = is_enter(key) && mask.has_list(field);
+  const bool opens_list = is_enter(key) && mask.has_list(mask.context, field);
   if (opens_list && (mask.rules & kPickStays)) {
-    mask.pick(win, field);
+    mask.pick(mask.context, win, field);
     return Verdict::go_on;
   }
   const MaskStep step = mask_step(field, key, mask.count, mask.rules);
@@ -48,8 +48,8 @@ Verdict take_key(const Mask &mask, WINDOW *win, int &field, int key) {
     // a value that can't be mended here must not keep the person in the mask
     if (!is_read_only_field(mask.fields[field].type)) return Verdict::go_on;
   }
-  if (opens_list) mask.pick(win, field);
-  if (step.finish && mask.may_leave != nullptr && !mask.may_leave(win)) return Verdict::go_on;
+  if (opens_list) mask.pick(mask.context, win, field);
+  if (step.finish && mask.may_leave != nullptr && !mask.may_leave(mask.context, win)) return Verdict::go_on;
   if (step.leaving) return Verdict::left;
   field = step.next;
   return Verdict::go_on;
@@ -88,11 +88,12 @@ MaskStep mask_step(int field, int key, int count, unsigned rules) {
 int run_mask(const Mask &mask, int32_t attr) {
   const Window win = open_window(mask.rows, mask.columns, mask.row, mask.column);
   if (win == nullptr) return 0;
-  mask.draw_frame(win.get(), attr);
+  draw_mask_frame(win.get(), attr, mask.labels);
+  if (mask.draw_more != nullptr) mask.draw_more(mask.context, win.get(), attr);
   show_rec(win.get(), mask.record, mask.fields, attr);
   Verdict verdict = Verdict::go_on;
   for (int field = 0; verdict == Verdict::go_on;) {
-    if (mask.prepare != nullptr) mask.prepare();
+    if (mask.prepare != nullptr) mask.prepare(mask.context);
     show_notice(mask, win.get(), attr);
     const int key = edit_field(win.get(), mask.record, mask.fields, field);
     verdict = take_key(mask, win.get(), field, key);

@@ -33,18 +33,18 @@ struct Mask {
   const FieldDescriptor *fields;
   int count;
   unsigned rules;
+  std::span<const FrameLabel> labels = {};
 
-  int number;  // handed to the next three
-  void (*show_help)(WINDOW *win, int number, int field);
-  int (*check)(int field, int number);  // 1 when the field's value is acceptable; may rewrite the field
-  void (*show_error)(WINDOW *win, int field, int number);
-
-  void (*draw_frame)(WINDOW *win, int32_t attr);
-  bool (*has_list)(int field);           // ENTER on this field opens a list now
-  void (*pick)(WINDOW *win, int field);  // opens it and takes the choice over
-  int (*may_leave)(WINDOW *win);         // asked for F10 and ENTER on the last field; null: always
-  void (*prepare)();                     // called before each field is edited; null: nothing to do
-  const char *(*notice)(int number);     // what the person should know of the values, on the separator; null: nothing
+  const void *context;  // handed first to each of the procedures; those that are null here may be left out
+  void (*draw_more)(const void *context, WINDOW *win, int32_t attr) = nullptr;  // beside the labels
+  void (*prepare)(const void *context) = nullptr;                               // called before each field is edited
+  const char *(*notice)(const void *context);  // what the person should know of the values, on the separator, or null
+  bool (*has_list)(const void *context, int field);           // ENTER on this field opens a list now
+  void (*pick)(const void *context, WINDOW *win, int field);  // opens it and takes the choice over
+  bool (*check)(const void *context, int field);              // the field's value is acceptable; may rewrite the field
+  void (*show_error)(const void *context, WINDOW *win, int field);
+  void (*show_help)(const void *context, WINDOW *win, int field);
+  bool (*may_leave)(const void *context, WINDOW *win) = nullptr;  // asked for F10 and ENTER on the last field
 };
 
 // What a key does to a mask of `count` fields with the cursor on `field`.

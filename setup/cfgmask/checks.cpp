@@ -68,6 +68,8 @@ void trace_checked_value(int field, int mask, int row, int32_t value) {
   }
 }
 
+int number_of(const void *mask) { return *static_cast<const int *>(mask); }
+
 }  // namespace
 
 const std::span<const ValueCheck> ValueCheckArr = kValueChecks;
@@ -127,3 +129,7 @@ void draw_hlp_screen(WINDOW *win, const char *text, const char *title, int32_t a
 void draw_hlp_screen_at(WINDOW *win, int row, const char *text, const char *title, int32_t attr) {
   DoMenu(win, row, 2, 75, attr, attr, title, at_least_two_lines(text).c_str(), "|", 1);
 }
+
+bool check_mask_field(const void *mask, int field) { return value_check(field, number_of(mask)) != 0; }
+void show_mask_error(const void *mask, WINDOW *win, int field) { show_value_error(win, field, number_of(mask)); }
+void show_mask_help(const void *mask, WINDOW *win, int field) { show_hlp_txt(win, number_of(mask), field); }

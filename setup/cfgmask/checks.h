@@ -34,3 +34,8 @@ void show_hlp_txt(WINDOW *win, int mask, int field);
 // Shows the "|"-separated lines of `text` under `title` until a key ends it; fewer than two lines are filled up to two.
 void draw_hlp_screen(WINDOW *win, const char *text, const char *title, int32_t attr);
 void draw_hlp_screen_at(WINDOW *win, int row, const char *text, const char *title, int32_t attr);
+
+// The check, its error and the help as procedures of a mask whose context is its number (a `const int`).
+bool check_mask_field(const void *mask, int field);
+void show_mask_error(const void *mask, WINDOW *win, int field);
+void show_mask_help(const void *mask, WINDOW *win, int field);

@@ -16,15 +16,15 @@ namespace {
 
 // What a settings mask decides by itself.
 struct Decisions {
-  void (*draw_frame)(WINDOW *win, int32_t attr);
-  bool (*has_list)(int field);
-  void (*pick)(WINDOW *win, int field);
-  int (*may_leave)(WINDOW *win);
+  bool (*has_list)(const void *mask, int field);
+  void (*pick)(const void *mask, WINDOW *win, int field);
+  bool (*may_leave)(const void *mask, WINDOW *win);
 };
 
-// A settings mask of `rows` rows from row `row` of the screen on: what they have in common, and its own decisions.
-constexpr Mask settings_mask(int number, int rows, int row, void *record, const FieldDescriptor *fields, int count,
-                             const Decisions &own) {
+// A settings mask of `rows` rows from row `row` of the screen on: what they have in common, and its own decisions. The
+// context is its number.
+constexpr Mask settings_mask(const int *number, int rows, int row, void *record, const FieldDescriptor *fields,
+                             int count, std::span<const FrameLabel> labels, const Decisions &own) {
   return {.rows = rows,
           .columns = 76,
           .row = row,
@@ -33,16 +33,15 @@ constexpr Mask settings_mask(int number, int rows, int row, void *record, const 
           .fields = fields,
           .count = count,
           .rules = kFinishKeys,
-          .number = number,
-          .show_help = show_hlp_txt,
-          .check = value_check,
-          .show_error = show_value_error,
-          .draw_frame = own.draw_frame,
+          .labels = labels,
+          .context = number,
+          .notice = settings_notice,
           .has_list = own.has_list,
           .pick = own.pick,
-          .may_leave = own.may_leave,
-          .prepare = nullptr,
-          .notice = settings_notice};
+          .check = check_mask_field,
+          .show_error = show_mask_error,
+          .show_help = show_mask_help,
+          .may_leave = own.may_leave};
 }
 
 // --- UPS mask
@@ -54,21 +53,21 @@ constexpr FrameLabel kStdFrame[] = {
     {12, 2, stdframe_label12},
 };
 
-bool std_has_list(int field) { return field == kModel; }
+bool std_has_list(const void *, int field) { return field == kModel; }
 
-void pick_model(WINDOW *win, int) {
+void pick_model(const void *, WINDOW *win, int) {
   char name[sizeof(ModelEntry::ups_name)];
   if (get_upsname(win, name)) choose_model(win, name);
 }
 
-int model_is_chosen(WINDOW *win) {
-  if (std::strcmp(get_act_ups(), "Unknown") != 0) return 1;
+bool model_is_chosen(const void *, WINDOW *win) {
+  if (std::strcmp(get_act_ups(), "Unknown") != 0) return true;
   draw_box(win, model_missing_label[language], "|", kAttrHighlight, kAttrHighlight, 0);
-  return 0;
+  return false;
 }
 
-constexpr Mask kStdMask = settings_mask(kMaskUps, 16, 6, &StdRec, StdTabArr, kStdFieldCount,
-                                        {draw_std_frame, std_has_list, pick_model, model_is_chosen});
+constexpr Mask kStdMask = settings_mask(&kMaskUps, 16, 6, &StdRec, StdTabArr, kStdFieldCount, kStdFrame,
+                                        {std_has_list, pick_model, model_is_chosen});
 
 // --- system mask
 
@@ -78,7 +77,7 @@ constexpr FrameLabel kCustomFrame[] = {
     {8, 2, customframe_label07}, {9, 2, customframe_label08}, {10, 2, customframe_label09},
 };
 
-bool custom_has_list(int field) {
+bool custom_has_list(const void *, int field) {
   if (follows_shutdown(field)) return std::strncmp(CustomRec.shutdown_allowed, "yes", 3) == 0;
   return field == kShutdownAllowed || field == kUpsRestart;
 }
@@ -96,7 +95,7 @@ const char *custom_list_title(int field) {
   }
 }
 
-void pick_custom(WINDOW *win, int field) {
+void pick_custom(const void *, WINDOW *win, int field) {
   constexpr int kNo = 2;
   const int choice = yes_no_box(win, custom_list_title(field));
   fill_custom_rec(win, choice, field);
@@ -106,8 +105,8 @@ void pick_custom(WINDOW *win, int field) {
   }
 }
 
-constexpr Mask kCustomMask = settings_mask(kMaskSystem, 14, 7, &CustomRec, CustomTabArr, kCustomFieldCount,
-                                           {draw_custom_frame, custom_has_list, pick_custom, nullptr});
+constexpr Mask kCustomMask = settings_mask(&kMaskSystem, 14, 7, &CustomRec, CustomTabArr, kCustomFieldCount,
+                                           kCustomFrame, {custom_has_list, pick_custom, nullptr});
 
 // --- path mask
 
@@ -118,11 +117,13 @@ constexpr FrameLabel kPathFrame[] = {
     {8, 29, pathframe_label04},
 };
 
-bool path_has_list(int field) { return field == kDataLogging; }
-void pick_path(WINDOW *win, int field) { fill_path_rec(win, yes_no_box(win, logging_list_title[language]), field); }
+bool path_has_list(const void *, int field) { return field == kDataLogging; }
+void pick_path(const void *, WINDOW *win, int field) {
+  fill_path_rec(win, yes_no_box(win, logging_list_title[language]), field);
+}
 
-constexpr Mask kPathMask = settings_mask(kMaskPaths, 16, 6, &PathRec, PathTabArr, kPathFieldCount,
-                                         {draw_path_frame, path_has_list, pick_path, nullptr});
+constexpr Mask kPathMask = settings_mask(&kMaskPaths, 16, 6, &PathRec, PathTabArr, kPathFieldCount, kPathFrame,
+                                         {path_has_list, pick_path, nullptr});
 
 // --- extra-job mask
 
@@ -132,13 +133,13 @@ constexpr FrameLabel kSpecialFrame[] = {
     {8, 2, specialframe_label03}, {8, 41, specialframe_label04}, {9, 2, specialframe_label05},
 };
 
-bool special_has_list(int field) { return field % kFieldsPerExtraJob == 0; }
-void pick_special(WINDOW *win, int field) {
+bool special_has_list(const void *, int field) { return field % kFieldsPerExtraJob == 0; }
+void pick_special(const void *, WINDOW *win, int field) {
   fill_special_rec(win, yes_no_box(win, extra_job_list_title[language]), field);
 }
 
-constexpr Mask kSpecialMask = settings_mask(kMaskExtraJobs, 16, 6, &SpecialRec, SpecialTabArr, kSpecialFieldCount,
-                                            {draw_special_frame, special_has_list, pick_special, nullptr});
+constexpr Mask kSpecialMask = settings_mask(&kMaskExtraJobs, 16, 6, &SpecialRec, SpecialTabArr, kSpecialFieldCount,
+                                            kSpecialFrame, {special_has_list, pick_special, nullptr});
 
 }  // namespace
 

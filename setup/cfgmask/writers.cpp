@@ -150,4 +150,6 @@ int save_custom_cfg(const char *file) {
 int save_path_cfg(const char *file) { return write_section(file, kPathSection); }
 int save_special_cfg(const char *file) { return write_section(file, kExtraJobSection); }
 
-const char *settings_notice(int mask) { return section_notice(section_of_mask(mask), default_of_setting); }
+const char *settings_notice(const void *mask) {
+  return section_notice(section_of_mask(*static_cast<const int *>(mask)), default_of_setting);
+}

@@ -15,5 +15,6 @@ int save_special_cfg(const char *file);  // the extra jobs; no session calls it
 // The keys of a mask in the order of their writing; of any other number, the extra jobs.
 std::span<const WriteRow> section_of_mask(int mask);
 
-// What the file can't give back of a mask's values, as a text for the person; null: nothing.
-const char *settings_notice(int mask);
+// What the file can't give back of a mask's values (`mask`: its number, a `const int`), as a text for the person; null:
+// nothing.
+const char *settings_notice(const void *mask);

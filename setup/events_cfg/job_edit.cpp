@@ -24,12 +24,12 @@ constexpr int32_t kLongestDelay = 9999999;  // s, what the field can hold
 constexpr int32_t kMonitorDelay = 5940;     // s, the longest delay that the monitor takes
 constexpr int32_t kLastPort = 65535;
 
-// The job in the mask, for the mask's procedures; written by edit_function_values.
+// The job in the mask: the context of the mask's procedures.
 struct EditedJob {
-  const JobRec *job;
+  const JobRec &job;
   int event;
 };
-EditedJob edited;
+const EditedJob &edited_job(const void *context) { return *static_cast<const EditedJob *>(context); }
 
 int label_field(int function) { return job_mask(function).count - 2; }
 int number_field(int function) { return job_mask(function).count - 1; }
@@ -55,14 +55,15 @@ void draw_hint(WINDOW *win, int32_t attr, const FieldDescriptor &field) {
   draw_frame_label(win, attr, hint);
 }
 
-bool has_list(int field) {
-  const int function = edited.job->function;
-  if (field == label_field(function)) return !is_shutdown_with_sched(edited.event);
+bool has_list(const void *context, int field) {
+  const auto &[job, event] = edited_job(context);
+  const int function = job.function;
+  if (field == label_field(function)) return !is_shutdown_with_sched(event);
   return is_attach_field(function, field) || is_level_field(function, field);
 }
 
-void draw_func_frame(WINDOW *win, int32_t attr) {
-  const JobRec &job = *edited.job;
+void draw_func_frame(const void *context, WINDOW *win, int32_t attr) {
+  const auto &[job, event] = edited_job(context);
   const JobMask &mask = job_mask(job.function);
   const FieldDescriptor &label = mask.fields[label_field(job.function)];
   const FieldDescriptor &number = mask.fields[number_field(job.function)];
@@ -72,11 +73,11 @@ void draw_func_frame(WINDOW *win, int32_t attr) {
       {3, 2, funcframe_label01},
       {label.row - 1, 2, funcframe_label03},
       {number.row, number.col + number.length + 2,
-       is_shutdown_with_sched(edited.event) ? funcframe_label05 : funcframe_label04},
+       is_shutdown_with_sched(event) ? funcframe_label05 : funcframe_label04},
   };
-  draw_mask_frame(win, attr, labels);
-  for (int field = 0; field < mask.count; field++) {
-    if (has_list(field)) draw_hint(win, attr, mask.fields[field]);
+  for (const FrameLabel &text : labels) draw_frame_label(win, attr, text);
+  for (int field = 0; field < mask.count; ++field) {
+    if (has_list(context, field)) draw_hint(win, attr, mask.fields[field]);
     if (field < job.param_count && !is_skip_field(mask.fields[field].type))
       wprintv_cut(win, job.params[field].desc.name, attr, mask.fields[field].row, 2, mask.fields[field].col - 3);
   }
@@ -84,27 +85,29 @@ void draw_func_frame(WINDOW *win, int32_t attr) {
 
 // --- help, checks, lists
 
-void show_event_hlp_txt(WINDOW *win, int function, int field) {
-  const bool scheduled = is_shutdown_with_sched(edited.event);
-  if (field == label_field(function)) {
+void show_event_hlp_txt(const void *context, WINDOW *win, int field) {
+  const auto &[job, event] = edited_job(context);
+  const bool scheduled = is_shutdown_with_sched(event);
+  if (field == label_field(job.function)) {
     const char *text = scheduled ? scheduler_timing_help_label[language] : timing_help_label[language];
     draw_hlp_screen(win, text, timer_help_title[language], kAttrHelp);
-  } else if (field == number_field(function)) {
+  } else if (field == number_field(job.function)) {
     const char *text = scheduled ? scheduler_time_help_label[language] : repeat_time_help_label[language];
     draw_hlp_screen(win, text, timer_help_title[language], kAttrHelp);
   } else {
-    const ParamDesc &parameter = edited.job->params[field].desc;
+    const ParamDesc &parameter = job.params[field].desc;
     const std::string text = std::string(parameter.help) + "|" + parameter.example;
     draw_hlp_screen(win, text.c_str(), parameter_help_title[language], kAttrHelp);
   }
 }
 
-int check_field(int field, int function) { return func_value_check(function, field); }
+bool check_field(const void *context, int field) {
+  return func_value_check(edited_job(context).job.function, field) != 0;
+}
 
 // A timing brings a fresh number along; those without one close its field.
-void fill_rep_time(WINDOW *win, int timing) {
+void fill_rep_time(WINDOW *win, int function, int timing) {
   enum { kOnce, kAlways, kPeriodic };
-  const int function = edited.job->function;
   const bool numberless = timing == kOnce || timing == kAlways;
   // kept: the blank behind the periodic one's number stands in the field until it is edited
   const char *number = numberless ? "0" : timing == kPeriodic ? "60 " : "60";
@@ -125,9 +128,9 @@ int choose_label(WINDOW *win, int row, const char *title, const Label (&labels)[
          1;
 }
 
-void pick_timing(WINDOW *win) {
+void pick_timing(WINDOW *win, int function) {
   const int timing = choose_label(win, 10, funcframe_label03[language], funcframe_label02);
-  if (timing >= 0) fill_rep_time(win, timing);
+  if (timing >= 0) fill_rep_time(win, function, timing);
 }
 
 void syslog_level_box(WINDOW *win) {
@@ -144,10 +147,10 @@ void ask_attachment(WINDOW *win, int field) {
   fill_attach_rec(win, yes_no_menu(win, 10, col, attach_questions[field - 2][language]), field);
 }
 
-void pick(WINDOW *win, int field) {
-  const int function = edited.job->function;
+void pick(const void *context, WINDOW *win, int field) {
+  const int function = edited_job(context).job.function;
   if (field == label_field(function)) {
-    pick_timing(win);
+    pick_timing(win, function);
   } else if (is_level_field(function, field)) {
     syslog_level_box(win);
   } else {
@@ -181,64 +184,9 @@ std::string mask_text(int function, int field) {
   return stripstr(text_in(mask_field(function, field), text));
 }
 
-// The event's list as it will be with the edited job in it.
-std::string list_with(const std::string &edited_job) {
-  std::vector<std::string> jobs = split_joblist(CStrArr_GetStr(&EventStrings, edited.event));
-  size_t place = 0;
-  while (place < jobs.size() && ActEvent[place].get() != edited.job) place++;
-  jobs.resize(std::max(jobs.size(), place + 1));
-  jobs[place] = edited_job.substr(0, edited_job.find(';'));
-  put_shutdown_last(jobs);
-  return join_joblist(jobs);
-}
-
-// The file holds the whole list as one value.
-const char *job_notice(int) {
-  const auto job = std::make_unique<JobRec>(*edited.job);
-  std::string text;
-  if (!save_function_values(*job, edited.event) || !build_func_string(*job, text)) return nullptr;
-  return fault_notice(XSurvives(kTmpTopic, event_key(edited.event), list_with(text)));
-}
-
-Mask make_mask(int function) {
-  const JobMask &mask = job_mask(function);
-  return {.rows = 17,
-          .columns = 76,
-          .row = 6,
-          .column = 2,
-          .record = mask.record,
-          .fields = mask.fields,
-          .count = mask.count,
-          .rules = kFinishKeys | kPickStays | kCheckEveryKey | kRefuseAtEnd,
-          .number = function,
-          .show_help = show_event_hlp_txt,
-          .check = check_field,
-          .show_error = show_event_value_error,
-          .draw_frame = draw_func_frame,
-          .has_list = has_list,
-          .pick = pick,
-          .may_leave = nullptr,
-          .prepare = nullptr,
-          .notice = job_notice};
-}
-
-}  // namespace
-
-int edit_function_values(WINDOW *, int32_t attr, JobRec &job, int event) {
-  edited = {&job, event};
-  load_function_values(job, event);
-  return run_mask(make_mask(job.function), attr) && save_function_values(job, event);
-}
-
-int func_value_check(int function, int field) {
-  const std::string text = mask_text(function, field);
-  if (may_not_be_empty(function, field) && text.empty()) return 0;
-  if (function == kShutdownFunction && field == 0) return check_delay(text.c_str());
-  if (function == kNimbroFunction && field == 1) return check_port(text.c_str());
-  return 1;
-}
-
-void show_event_value_error(WINDOW *win, int field, int function) {
+// Tells what the field may hold.
+void show_event_value_error(const void *context, WINDOW *win, int field) {
+  const int function = edited_job(context).job.function;
   char text[256];
   cpynstr(text, empty_field_label[language]);
   const bool delay = function == kShutdownFunction && field == 0;
@@ -248,6 +196,62 @@ void show_event_value_error(WINDOW *win, int field, int function) {
                   static_cast<long>(delay ? kLongestDelay : kLastPort));
   }
   draw_hlp_screen_at(win, 9, text, value_error_title[language], kAttrHelp);
+}
+
+// The event's list as it will be with the edited job in it.
+std::string list_with(const EditedJob &edited, const std::string &text) {
+  std::vector<std::string> jobs = split_joblist(CStrArr_GetStr(&EventStrings, edited.event));
+  size_t place = 0;
+  while (place < jobs.size() && ActEvent[place].get() != &edited.job) ++place;
+  jobs.resize(std::max(jobs.size(), place + 1));
+  jobs[place] = text.substr(0, text.find(';'));
+  put_shutdown_last(jobs);
+  return join_joblist(jobs);
+}
+
+// The file holds the whole list as one value.
+const char *job_notice(const void *context) {
+  const EditedJob &edited = edited_job(context);
+  const auto job = std::make_unique<JobRec>(edited.job);
+  std::string text;
+  if (!save_function_values(*job, edited.event) || !build_func_string(*job, text)) return nullptr;
+  return fault_notice(XSurvives(kTmpTopic, event_key(edited.event), list_with(edited, text)));
+}
+
+Mask make_mask(const EditedJob &edited) {
+  const JobMask &mask = job_mask(edited.job.function);
+  return {.rows = 17,
+          .columns = 76,
+          .row = 6,
+          .column = 2,
+          .record = mask.record,
+          .fields = mask.fields,
+          .count = mask.count,
+          .rules = kFinishKeys | kPickStays | kCheckEveryKey | kRefuseAtEnd,
+          .context = &edited,
+          .draw_more = draw_func_frame,
+          .notice = job_notice,
+          .has_list = has_list,
+          .pick = pick,
+          .check = check_field,
+          .show_error = show_event_value_error,
+          .show_help = show_event_hlp_txt};
+}
+
+}  // namespace
+
+int edit_function_values(WINDOW *, int32_t attr, JobRec &job, int event) {
+  load_function_values(job, event);
+  const EditedJob edited = {job, event};
+  return run_mask(make_mask(edited), attr) && save_function_values(job, event);
+}
+
+int func_value_check(int function, int field) {
+  const std::string text = mask_text(function, field);
+  if (may_not_be_empty(function, field) && text.empty()) return 0;
+  if (function == kShutdownFunction && field == 0) return check_delay(text.c_str());
+  if (function == kNimbroFunction && field == 1) return check_port(text.c_str());
+  return 1;
 }
 
 void load_function_values(const JobRec &job, int event) {

@@ -13,8 +13,6 @@ int edit_function_values(WINDOW *screen, int32_t attr, JobRec &job, int event);
 // 1 when the value in the mask's field is valid for a job of `function`, else 0. A shutdown delay that is too long for
 // the monitor is replaced by the longest one.
 int func_value_check(int function, int field);
-// Tells what the field may hold and waits for a key.
-void show_event_value_error(WINDOW *win, int field, int function);
 
 // Job and mask into one another. save_function_values returns 0, `job` unchanged, when a value that must be valid is
 // not.

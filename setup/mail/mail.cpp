@@ -86,11 +86,11 @@ constexpr WriteRow kWriteRows[] = {
     {"SmtpPassword", smtp_password_text, kSmtpPassword, WriteRule::empty_may_fail},
 };
 
-const char *mail_notice(int) {
+const char *mail_notice(const void *) {
   return section_notice(kWriteRows, [](const char *key) { return default_in(kLoadRows, key); });
 }
 
-void open_smtp_fields() {
+void open_smtp_fields(const void *) {
   if (std::strncmp(MailRec.smtp_enabled, "yes", 3) == 0) {
     on_enable_smtp();
   } else {
@@ -98,15 +98,13 @@ void open_smtp_fields() {
   }
 }
 
-bool has_list(int field) { return field == kUseMailSign || field == kMailEnableFlag; }
+bool has_list(const void *, int field) { return field == kUseMailSign || field == kMailEnableFlag; }
 
-void pick(WINDOW *win, int field) {
+void pick(const void *, WINDOW *win, int field) {
   const bool smtp = field == kMailEnableFlag;
   const char *question = smtp ? mailframe_label10[language] : mailframe_label11[language];
   fill_mail_rec(win, yes_no_menu(win, smtp ? 11 : 9, 27, question), field);
 }
-
-void draw_mail_frame(WINDOW *win, int32_t attr) { draw_mask_frame(win, attr, kMailFrame); }
 
 constexpr Mask kMailMask = {.rows = 17,
                             .columns = 76,
@@ -116,16 +114,15 @@ constexpr Mask kMailMask = {.rows = 17,
                             .fields = MailTabArr,
                             .count = kMailFieldCount,
                             .rules = 0,
-                            .number = kMaskMail,
-                            .show_help = show_hlp_txt,
-                            .check = value_check,
-                            .show_error = show_value_error,
-                            .draw_frame = draw_mail_frame,
+                            .labels = kMailFrame,
+                            .context = &kMaskMail,
+                            .prepare = open_smtp_fields,
+                            .notice = mail_notice,
                             .has_list = has_list,
                             .pick = pick,
-                            .may_leave = nullptr,
-                            .prepare = open_smtp_fields,
-                            .notice = mail_notice};
+                            .check = check_mask_field,
+                            .show_error = show_mask_error,
+                            .show_help = show_mask_help};
 
 void set_smtp_fields(uint8_t type) {
   MailTabArr[kSmtpUser].type = type;
@@ -154,6 +151,8 @@ int keeps_smtp_user() {
 
 std::span<const WriteRow> mail_section() { return kWriteRows; }
 const LoadRow *load_row_of_mail(const char *key) { return load_row_in(kLoadRows, key); }
+
+void draw_mail_frame(WINDOW *win, int32_t attr) { draw_mask_frame(win, attr, kMailFrame); }
 
 int edit_mail_cfg(WINDOW *, int32_t attr) {
   run_mask(kMailMask, attr);

@@ -47,6 +47,7 @@ int keeps_smtp_user();
 std::span<const WriteRow> mail_section();
 const LoadRow *load_row_of_mail(const char *key);
 
+void draw_mail_frame(WINDOW *win, int32_t attr);
 // The mask above `parent` until it is left; 0.
 int edit_mail_cfg(WINDOW *parent, int32_t attr);
 // Open the fields of the SMTP user and password for typing, respectively close them.
