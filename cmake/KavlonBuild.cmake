@@ -5,7 +5,7 @@ target_compile_options(kav_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow 
                                               -Wmissing-declarations -Wformat-security -Werror)
 # gcc 12 sees overlapping copies inside std::string where there are none
 target_compile_options(kav_warnings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
-target_include_directories(kav_warnings INTERFACE "${CMAKE_CURRENT_SOURCE_DIR}")
+target_include_directories(kav_warnings INTERFACE "${PROJECT_SOURCE_DIR}")
 
 # Hardening of what is installed; scripts/analyze proves it on the built program.
 include(CheckCXXCompilerFlag)
@@ -20,13 +20,6 @@ set(kav_hardening -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2
 add_compile_options("$<$<CONFIG:Release>:${kav_hardening}>")
 add_link_options("$<$<CONFIG:Release>:LINKER:-z,relro,-z,now,-z,noexecstack>")
 
-# kav_link_program(NAME): what is installed holds its part of the C++ library itself, which halves the time to start it
-# and takes 1.4 MB less memory than the shared one (scripts/bench measures both).
-add_compile_options("$<$<CONFIG:Release>:-ffunction-sections;-fdata-sections>")
-function(kav_link_program name)
-  target_link_options(${name} PRIVATE "$<$<CONFIG:Release>:-static-libstdc++;-static-libgcc;LINKER:--gc-sections>")
-endfunction()
-
 find_program(ICONV iconv REQUIRED)
 
 # Text files (*texts.cpp) are UTF-8 in the repository and EUC-JP in the program: each is converted before it is
@@ -35,8 +28,8 @@ function(kav_texts_as_euc_jp sources_variable)
   set(converted)
   foreach(source IN LISTS ${sources_variable})
     if(source MATCHES "texts\\.cpp$")
-      file(RELATIVE_PATH name "${CMAKE_CURRENT_SOURCE_DIR}" "${source}")
-      set(output "${CMAKE_CURRENT_BINARY_DIR}/euc-jp/${name}")
+      file(RELATIVE_PATH name "${PROJECT_SOURCE_DIR}" "${source}")
+      set(output "${PROJECT_BINARY_DIR}/euc-jp/${name}")
       get_filename_component(folder "${output}" DIRECTORY)
       file(MAKE_DIRECTORY "${folder}")
       add_custom_command(
@@ -55,30 +48,45 @@ function(kav_texts_as_euc_jp sources_variable)
   set(${sources_variable} "${converted}" PARENT_SCOPE)
 endfunction()
 
-# kav_library(FOLDER LAYERS...): the library kav_FOLDER of all sources below FOLDER, on top of the layers named.
-function(kav_library folder)
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp")
-  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
-  kav_texts_as_euc_jp(sources)
-  add_library(kav_${folder} STATIC ${sources})
-  target_link_libraries(kav_${folder} PRIVATE kav_warnings)
-  target_include_directories(kav_${folder} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
+# Puts the target `name` on top of layers: folders whose rows stand above, and targets of other projects ("PROJECT::NAME").
+function(kav_stand_on name)
   foreach(layer IN LISTS ARGN)
-    if(TARGET kav_${layer})
-      target_link_libraries(kav_${folder} PUBLIC kav_${layer})
+    string(REPLACE "/" "_" target "${layer}")
+    if(layer MATCHES "::")
+      target_link_libraries(${name} PUBLIC ${layer})
+    elseif(TARGET kav_${target})
+      target_link_libraries(${name} PUBLIC kav_${target})
     else()
-      target_link_libraries(kav_${folder} PUBLIC ${layer})
+      message(FATAL_ERROR "${name} stands on ${layer}, which has no row above")
     endif()
   endforeach()
 endfunction()
 
-# The project's small programs: one file each in tools/.
-function(kav_tools)
-  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/tools/*.cpp")
-  foreach(source IN LISTS sources)
-    get_filename_component(name "${source}" NAME_WE)
-    add_executable(${name} "${source}")
-    target_link_libraries(${name} PRIVATE kav_warnings kav_upsdb kav_unixtools)
-    kav_link_program(${name})
+# kav_library(FOLDER LAYERS...): the library kav_FOLDER, with "_" for "/", of the sources in FOLDER and in the folders
+# below it that have no row above. One line each, as kav_program: scripts/check-includes reads them.
+function(kav_library folder)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
+  get_property(rooms GLOBAL PROPERTY KAV_FOLDERS)
+  foreach(room IN LISTS rooms)
+    list(FILTER sources EXCLUDE REGEX "/${room}/")
   endforeach()
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  set_property(GLOBAL APPEND PROPERTY KAV_FOLDERS "${folder}")
+  kav_texts_as_euc_jp(sources)
+  string(REPLACE "/" "_" name "kav_${folder}")
+  add_library(${name} STATIC ${sources})
+  target_link_libraries(${name} PRIVATE kav_warnings)
+  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+  kav_stand_on(${name} ${ARGN})
+endfunction()
+
+# kav_program(NAME FILE LAYERS...): the program NAME, whose main function is in FILE. What is installed holds its part of
+# the C++ library itself, which halves the time to start it and takes 1.4 MB less memory than the shared one
+# (scripts/bench measures both).
+add_compile_options("$<$<CONFIG:Release>:-ffunction-sections;-fdata-sections>")
+function(kav_program name file)
+  add_executable(${name} "${file}")
+  target_link_libraries(${name} PRIVATE kav_warnings)
+  kav_stand_on(${name} ${ARGN})
+  target_link_options(${name} PRIVATE "$<$<CONFIG:Release>:-static-libstdc++;-static-libgcc;LINKER:--gc-sections>")
 endfunction()
