@@ -147,7 +147,7 @@ TEST(PortAnswer, IsWhatCameUntilASecondOfSilenceOr128Bytes) {
       {"--model 1234 --chatter", 129, 1, many.substr(0, 128)},
   };
   for (const auto &row : cases) {
-    const string command = UPSSIM " --requests 1 " + row.options;
+    const string command = UPSSIM_PROGRAM " --requests 1 " + row.options;
     FILE *simulator = popen(command.c_str(), "r");  // NOLINT(cert-env33-c): only rows of this table
     char path[64] = "";
     ASSERT_EQ(std::fscanf(simulator, "%63s", path), 1);

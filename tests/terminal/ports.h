@@ -19,7 +19,7 @@ inline bool start_with_ports(Terminal &t, const std::vector<std::string> &ports,
   how.program = TRY_DETECTION;
   how.options = {"-b", BUILD_FOLDER};
   how.options.insert(how.options.end(), ports.begin(), ports.end());
-  how.options.push_back(KAVSETUP);
+  how.options.push_back(KAVSETUP_PROGRAM);
   how.options.insert(how.options.end(), tool_options.begin(), tool_options.end());
   t.start(how);
   if (t.find("\u250c").row >= 0) return true;  // a corner of the first menu

@@ -95,7 +95,7 @@ TEST(HostileContents, OfAUpsNeither) {
 
 // Starts the tool by a shell command in which $0 is the tool.
 Start by_shell(const std::string &command, const std::string &configuration = "UpsPower=500\n") {
-  return {.options = {"-c", command, KAVSETUP}, .files = {{"ups.cfg", configuration}}, .program = "/bin/sh"};
+  return {.options = {"-c", command, KAVSETUP_PROGRAM}, .files = {{"ups.cfg", configuration}}, .program = "/bin/sh"};
 }
 
 TEST(LostTerminal, InputAtItsEndEndsTheProgram) {
@@ -135,7 +135,7 @@ TEST(NoMemory, EndsTheProgramInOrderOrNotAtAll) {
     Terminal t;
     t.start({.environment = {"KAV_FAIL_ALLOCATION=" + std::to_string(allocation)},
              .files = {{"ups.cfg", "; site\nUpsPower=500\nUpsHoldMins=10\n"}},
-             .program = FAULTY_KAVSETUP});
+             .program = FAULTY_KAVSETUP_PROGRAM});
     choose(t, kUps);
     t.press({ShiftQuestion, Escape, Up, Up});
     t.type("11    ");
