@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "bench/models.h"
-#include "setup/events_cfg/job_language.h"
+#include "setup/jobs/job_language.h"
 #include "upsdb/upsdb.h"
 #include "util/files.h"
 

@@ -4,7 +4,8 @@
 #include <vector>
 
 #include "fuzz/fuzz.h"
-#include "setup/cfgmask/settings.h"
+#include "setup/settings/models.h"
+#include "setup/settings/settings.h"
 #include "setup/upsprobe.h"
 #include "unixtools/portprobe.h"
 

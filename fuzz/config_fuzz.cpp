@@ -6,10 +6,11 @@
 
 #include "corbix/xconfig.h"
 #include "fuzz/fuzz.h"
-#include "setup/cfgmask/settings.h"
-#include "setup/events_cfg/catalogue.h"
-#include "setup/mail/mail.h"
+#include "setup/configuration/configuration.h"
+#include "setup/jobs/catalogue.h"
 #include "setup/session.h"
+#include "setup/settings/mail.h"
+#include "setup/settings/settings.h"
 #include "util/language.h"
 
 namespace {

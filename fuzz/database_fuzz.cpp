@@ -4,8 +4,9 @@
 
 #include "corbix/xconfig.h"
 #include "fuzz/fuzz.h"
-#include "setup/cfgmask/settings.h"
 #include "setup/options.h"
+#include "setup/settings/models.h"
+#include "setup/settings/settings.h"
 #include "upsdb/db_check.h"
 #include "upsdb/db_text.h"
 #include "upsdb/families.h"

@@ -1,9 +1,9 @@
 // Job lists as a configuration may hold them: through parsing, the menu line, building, and every change of a list.
 // Jobs that are not edited must stay as they are.
 #include "fuzz/fuzz.h"
-#include "setup/events_cfg/email_job.h"
-#include "setup/events_cfg/event_table.h"
-#include "setup/events_cfg/job_language.h"
+#include "setup/jobs/email_job.h"
+#include "setup/jobs/event_table.h"
+#include "setup/jobs/job_language.h"
 #include "util/tokens.h"
 
 namespace {

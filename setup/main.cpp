@@ -8,9 +8,11 @@
 
 #include "screen/maskelib.h"
 #include "screen/menu.h"
+#include "setup/configuration/configuration.h"
 #include "setup/events_cfg/events.h"
 #include "setup/options.h"
 #include "setup/session.h"
+#include "setup/settings/models.h"
 #include "setup/texts.h"
 #include "unixtools/portprobe.h"
 #include "upsdb/upsdb.h"

@@ -4,18 +4,16 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "setup/settings/models.h"
 #include "util/language.h"
 #include "util/text.h"
 #include "util/trace.h"
 
 int32_t testmode = 0;
-int32_t create_new_cfg = 0;
 int32_t oemid = 0;
-char upstypname[256] = "upstyp.ups";
-const char *const kConfigurationFile = "ups.cfg";
 
 void read_options(int count, char *const arguments[]) {
-  for (int i = 0; i < count; i++) {
+  for (int i = 0; i < count; ++i) {
     const std::string_view option = arguments[i];
     // kept: start scripts in the field abbreviate, so two characters decide, and the database's name is joined to "-u"
     if (option == "-zorvik") {

@@ -8,16 +8,12 @@
 #include "screen/menu.h"
 #include "screen/texts.h"
 #include "setup/cfgmask/masks.h"
-#include "setup/cfgmask/settings.h"
-#include "setup/cfgmask/writers.h"
-#include "setup/events_cfg/catalogue.h"
-#include "setup/events_cfg/event_table.h"
+#include "setup/configuration/configuration.h"
 #include "setup/events_cfg/events.h"
 #include "setup/mail/mail.h"
 #include "setup/options.h"
 #include "setup/texts.h"
 #include "setup/upsprobe.h"
-#include "util/files.h"
 #include "util/trace.h"
 
 namespace {
@@ -99,19 +95,6 @@ void run_session(WINDOW *win, const char *file, int32_t attr) {
   }
 }
 
-// The lines that a new configuration begins with.
-constexpr char kHeader[] = "#\n#  KAVLON Pro Configuration\n#\n\n";
-static_assert(sizeof kHeader - 1 == 33);
-
-struct SectionWriter {
-  const char *name;
-  int (*save)(const char *file);
-};
-constexpr SectionWriter kSections[] = {
-    {"save_std_cfg", save_std_cfg},   {"save_custom_cfg", save_custom_cfg},       {"save_path_cfg", save_path_cfg},
-    {"save_mail_cfg", save_mail_cfg}, {"save_new_event_cfg", save_new_event_cfg},
-};
-
 }  // namespace
 
 int draw_main_menu(WINDOW *parent, int32_t attr) {
@@ -135,9 +118,7 @@ void do_config(WINDOW *parent, int32_t attr, const char *file, int mode) {
     show_file_box(win.get(), database_error_label, upstypname);
     return;
   }
-  init_tab();
-  init_function_tab();
-  init_mail_tab();
+  init_all_tabs();
   const bool ready = (mode == kSessionEdit && load_existing(win.get(), file)) ||
                      (mode == kSessionCreate && prepare_new(win.get(), file));
   if (ready) run_session(win.get(), file, attr);
@@ -151,21 +132,5 @@ int ask_for_probe(WINDOW *parent, const char *file) {
     result = show_probe_win(parent, file, kAttrNormal, "messages.dat");
     if (debugLevel > kTraceDetails) myfprintf("ask_for_probe: return %d\n", result);
   } while (result == 1);
-  return result;
-}
-
-int save_configuration(const char *file) {
-  Descriptor lock;  // sections of two programs that save at the same time must not mix
-  if (!lock_for_saving(file, lock)) return 0;
-  if (!does_file_exist(file, 1) && !replace_file(file, kHeader)) return 0;
-  int result = 1;
-  for (const SectionWriter &section : kSections) {
-    const int saved = section.save(file);
-    if (saved == 0) {
-      XCloseProfile();
-      result = 0;
-    }
-    if (debugLevel > kTraceResults) myfprintf("%s() %s\n", section.name, saved > 0 ? "ok" : "failed");
-  }
   return result;
 }

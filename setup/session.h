@@ -21,7 +21,3 @@ void do_config(WINDOW *parent, int32_t attr, const char *file, int mode);
 
 // Offers to detect the UPS. The dialog's last result (upsprobe.h), or the menu's choice when it was not wanted.
 int ask_for_probe(WINDOW *parent, const char *file);
-
-// Writes all sections into `file`, which is created when it is missing. 1, or 0 when a section (the others are written
-// all the same) or the file could not be written.
-int save_configuration(const char *file);

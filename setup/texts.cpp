@@ -22,15 +22,6 @@ Label session_entries[8] = {
     {"Exit Menu", "メニューを終了"},
 };
 
-Label fault_bracket_label = {"This value can not be read back: '[' hides what follows",
-                             "この値は読み戻せません: '[' より後の設定が読み込まれなくなります。"};
-Label fault_blank_label = {"This value can not be read back: blanks at its ends are cut",
-                           "この値は読み戻せません: 両端の空白が失われます。"};
-Label fault_empty_label = {"An empty value can not be read back: the default comes instead",
-                           "空の値は読み戻せません: 既定値に戻ります。"};
-Label fault_cut_label = {"This value can not be read back: a part of it is lost",
-                         "この値は読み戻せません: 一部が失われます。"};
-
 Label database_error_label = {"UPS-Database error: '%s'|check existence of file!",
                               "UPS データベースのエラー: '%s'|ファイルがあるか確認してください。"};
 Label file_missing_label = {"%s doesn't exist(press key) !", "%s がありません。(キーを押す)"};

@@ -11,9 +11,6 @@ extern Label probe_menu_automatic, probe_menu_skip;
 extern Label session_title;
 extern Label session_entries[8];  // in menu order; the sixth is a spacer
 
-// Why a value would not come back from the file.
-extern Label fault_bracket_label, fault_blank_label, fault_empty_label, fault_cut_label;
-
 extern Label database_error_label;  // %s database
 extern Label file_missing_label;    // %s file
 extern Label file_exists_label;     // %s file

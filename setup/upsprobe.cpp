@@ -6,9 +6,8 @@
 #include <string>
 
 #include "screen/menu.h"
-#include "setup/cfgmask/masks.h"
-#include "setup/events_cfg/catalogue.h"
-#include "setup/events_cfg/event_table.h"
+#include "setup/configuration/configuration.h"
+#include "setup/settings/models.h"
 #include "setup/upsprobe_texts.h"
 #include "unixtools/portprobe.h"
 #include "util/text.h"
@@ -103,7 +102,7 @@ int ask_port(int port, Detection &found) {
 int detect(WINDOW *parent, int32_t attr, Detection &found) {
   char directory[kNameSize] = "";
   get_device_path(directory, sizeof directory, nullptr);
-  for (int port = 0; port < static_cast<int>(std::size(ports)); port++) {
+  for (int port = 0; port < static_cast<int>(std::size(ports)); ++port) {
     std::snprintf(found.device, sizeof found.device, "%.40s%s", directory, ports[port]);
     show_progress(parent, attr, found.device);
     if (ask_port(port, found)) return 1;
@@ -125,10 +124,9 @@ void accept_detection(const Detection &found, const char *display_name) {
   trace_model(1);
   fill_port(found.device, model);
   trace_model(2);
-  fill_ups_rec(nullptr, &UpsTypeArr[model]);
+  take_model(UpsTypeArr[model]);
   trace_model(3);
-  DbEventListCnt = fill_event_strings(name);
-  DbFuncListCnt = 0;
+  reset_job_lists(name);
 }
 
 int confirm(WINDOW *parent, int32_t attr, const char *file, const Detection &found) {
@@ -143,7 +141,7 @@ int confirm(WINDOW *parent, int32_t attr, const char *file, const Detection &fou
 int draw_heading(WINDOW *win, int32_t attr, const char *heading) {
   const int width = getmaxx(win);
   const int pieces = cnumtoken(heading, "|");
-  for (int i = 1; i <= pieces; i++) {
+  for (int i = 1; i <= pieces; ++i) {
     char piece[256];
     ctoken(piece, sizeof piece, heading, "|", i);
     const char *text = piece + (i > 1 && piece[0] != '\0');  // the blank behind a "|"
@@ -216,7 +214,7 @@ char *check_model_list(char *dst, int size, const char *text) {
   char candidate[kNameSize];
   cpynstr(candidate, text);
   if (std::strncmp(text, "K-TRN", 5) == 0) get_model_string(candidate, sizeof candidate, text);
-  for (const ModelEntry *entry = UpsTypeArr; std::strcmp(entry->ups_name, kTableEnd) != 0; entry++) {
+  for (const ModelEntry *entry = UpsTypeArr; std::strcmp(entry->ups_name, kTableEnd) != 0; ++entry) {
     if (entry->ups_name[0] == '\0') continue;  // its record can't be read
     if (std::strstr(entry->ups_name, text) == nullptr && std::strstr(entry->ups_name, candidate) == nullptr) continue;
     if (lenstr(entry->ups_name) >= size) return nullptr;
@@ -229,7 +227,7 @@ char *check_model_list(char *dst, int size, const char *text) {
 char *get_model_string(char *dst, int size, const char *code) {
   const std::string wanted = code;
   cpynstr(dst, wanted, size);
-  for (const DisplayType *row = DispTypeArr; std::strcmp(row->code, kTableEnd) != 0; row++) {
+  for (const DisplayType *row = DispTypeArr; std::strcmp(row->code, kTableEnd) != 0; ++row) {
     if (std::strstr(row->code, wanted.c_str()) == nullptr) continue;
     if (lenstr(row->name) < size) cpynstr(dst, row->name, size);
     break;

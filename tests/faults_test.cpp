@@ -18,12 +18,12 @@
 #include <thread>
 
 #include "corbix/xconfig.h"
-#include "setup/cfgmask/settings.h"
-#include "setup/cfgmask/writers.h"
-#include "setup/events_cfg/catalogue.h"
-#include "setup/events_cfg/event_table.h"
-#include "setup/mail/mail.h"
+#include "setup/configuration/configuration.h"
+#include "setup/jobs/catalogue.h"
+#include "setup/jobs/event_table.h"
 #include "setup/session.h"
+#include "setup/settings/mail.h"
+#include "setup/settings/settings.h"
 #include "tests/folder.h"
 #include "util/text.h"
 

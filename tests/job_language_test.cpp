@@ -1,13 +1,13 @@
-#include "setup/events_cfg/job_language.h"
+#include "setup/jobs/job_language.h"
 
 #include <cstdlib>
 #include <cstring>
 #include <random>
 
 #include "corbix/xconfig.h"
-#include "setup/cfgmask/settings.h"
-#include "setup/events_cfg/email_job.h"
-#include "setup/events_cfg/event_table.h"
+#include "setup/jobs/email_job.h"
+#include "setup/jobs/event_table.h"
+#include "setup/settings/settings.h"
 #include "tests/folder.h"
 #include "util/text.h"
 
@@ -107,7 +107,8 @@ TEST_F(Jobs, TimingThroughTheTwoFields) {
     const char *stored;
   } cases[] = {
       {"X9", "Once     ", "0", kFieldReadOnly, 0, "O"},
-      {"P", "Periodic ", "", kFieldDigits, 0, "P"},
+      {"P", "Periodic ", "", kFieldDigits, 0, "P0"},
+      {"OX", "Do before", "0", kFieldDigits, kSchedulerEvent, "OX0"},
       {"T12345678", "Timed    ", "123456", kFieldDigits, 0, "T123456"},
       {"OX5", "Do before", "5", kFieldDigits, kSchedulerEvent, "OX5"},
       {"P60", "Do before", "0", kFieldDigits, kSchedulerEvent, "OX0"},

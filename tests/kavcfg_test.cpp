@@ -1,7 +1,7 @@
 // kavcfg: what it refuses, finds and changes, by the built program in a folder of its own.
-#include "setup/events_cfg/texts.h"
-#include "setup/kavcfg/jobs.h"
-#include "setup/kavcfg/keys.h"
+#include "setup/check/job_faults.h"
+#include "setup/configuration/configuration.h"
+#include "setup/jobs/texts.h"
 #include "tests/run.h"
 
 namespace {
@@ -118,7 +118,7 @@ TEST_F(Kavcfg, CheckNamesLineAndKey) {
 }
 
 TEST(JobLists, AreTakenWhenTheEditorWouldNotChangeThem) {
-  init_settings();
+  init_all_tabs();
   for (int event = 0; event < kEventCount; event++) {
     for (const char *jobs : eventlist[event].jobs) {
       EXPECT_EQ(faults_of_job_list(event, jobs), std::vector<std::string>()) << jobs;

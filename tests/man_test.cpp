@@ -2,14 +2,14 @@
 #include <cstdlib>
 #include <sstream>
 
-#include "setup/cfgmask/checks.h"
-#include "setup/cfgmask/settings.h"
-#include "setup/cfgmask/writers.h"
-#include "setup/events_cfg/catalogue.h"
-#include "setup/events_cfg/job_language.h"
-#include "setup/mail/mail.h"
+#include "setup/configuration/configuration.h"
+#include "setup/jobs/catalogue.h"
+#include "setup/jobs/job_language.h"
 #include "setup/options.h"
 #include "setup/session.h"
+#include "setup/settings/checks.h"
+#include "setup/settings/mail.h"
+#include "setup/settings/settings.h"
 #include "tests/folder.h"
 #include "upsdb/families.h"
 #include "upsdb/records.h"

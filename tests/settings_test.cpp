@@ -5,15 +5,15 @@
 #include <tuple>
 #include <vector>
 
-#include "setup/cfgmask/checks.h"
 #include "setup/cfgmask/masks.h"
-#include "setup/cfgmask/settings.h"
-#include "setup/cfgmask/writers.h"
+#include "setup/configuration/configuration.h"
 #include "setup/conversion.h"
-#include "setup/events_cfg/catalogue.h"
-#include "setup/mail/mail.h"
+#include "setup/jobs/catalogue.h"
 #include "setup/options.h"
 #include "setup/session.h"
+#include "setup/settings/checks.h"
+#include "setup/settings/mail.h"
+#include "setup/settings/settings.h"
 #include "tests/folder.h"
 #include "util/files.h"
 #include "util/scramble.h"

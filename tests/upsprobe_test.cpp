@@ -2,7 +2,8 @@
 
 #include <tuple>
 
-#include "setup/cfgmask/settings.h"
+#include "setup/settings/models.h"
+#include "setup/settings/settings.h"
 #include "setup/upsprobe.h"
 #include "util/text.h"
 

@@ -1,10 +1,11 @@
-// The settings masks, and what the detection dialog and the event editor share with them.
+// The masks of the UPS, the system, the paths and the extra jobs.
 #pragma once
 
 #include <cstdint>
 
 #include "screen/scrio.h"
-#include "setup/cfgmask/settings.h"
+#include "setup/settings/models.h"
+#include "setup/settings/settings.h"
 
 // Edit the records in place until the mask is left; `file` is not used. Return 0.
 int edit_std_cfg(WINDOW *parent, const char *file, int32_t attr);
@@ -26,34 +27,11 @@ int yes_no_box(WINDOW *win, const char *title);
 int fill_custom_rec(WINDOW *win, int choice, int field);
 int fill_path_rec(WINDOW *win, int choice, int field);
 int fill_special_rec(WINDOW *win, int choice, int field);
-// 1 for a field of the system mask that is "no" as long as the system may not be shut down, else 0.
-int follows_shutdown(int field);
 
 // The model list: the chosen name into `name` (32 bytes), nonzero; 0, and `name` as it was, when none was chosen.
 int show_ups_list(WINDOW *win, char *name);
 int get_upsname(WINDOW *win, char *name);
-// A model's values into the UPS settings; shown too when there is a window. Never for the "LAST" entry.
+// take_model, and take_line_settings for model `model` of UpsTypeArr; what they changed is shown when there is a
+// window.
 void fill_ups_rec(WINDOW *win, const ModelEntry *entry);
-// Makes `name`, a model of UpsTypeArr, the chosen one, with everything that depends on it: line settings, ratings, the
-// job lists of the events, and a password where the model needs one. Shown too when there is a window.
-void choose_model(WINDOW *win, const char *name);
-
-// The line settings of a serial port.
-struct LineSettings {
-  int32_t baud_rate;
-  char parity;
-  int16_t data_bits;
-  int16_t stop_bits;
-};
-// `device` holds 64 bytes; what does not fit is cut. patch_baudrate replaces everything behind the first ':' (without
-// one: 0, unchanged), patch_port appends behind the path. 1.
-int patch_baudrate(char *device, const LineSettings &settings);
-int patch_port(char *device, const LineSettings &settings);
-// The model's line settings, from the database, into the device field; with a window it is shown. The field stays as it
-// is when the database can't be read. `model` is an index of UpsTypeArr.
 void fill_baudrate(WINDOW *win, int model);
-// The device field from a probed port ("/dev/ttyS1") and the model's line settings; as above.
-void fill_port(const char *port, int model);
-
-// 1 for the event (20) whose jobs run before a scheduled shutdown, else 0.
-int is_shutdown_with_sched(int code);

@@ -7,10 +7,11 @@
 
 #include "screen/maskelib.h"
 #include "screen/menu.h"
-#include "setup/cfgmask/settings.h"
-#include "setup/events_cfg/event_table.h"
 #include "setup/events_cfg/job_edit.h"
-#include "setup/events_cfg/job_language.h"
+#include "setup/events_cfg/texts.h"
+#include "setup/jobs/event_table.h"
+#include "setup/jobs/job_language.h"
+#include "setup/settings/models.h"
 #include "util/text.h"
 #include "util/tokens.h"
 
@@ -46,7 +47,7 @@ bool bypass_is_offered() { return isZELKGSeries() == 1; }
 
 std::string event_entries(int count) {
   std::string entries;
-  for (int event = 0; event < std::min(count, kMaxEvents); event++) {
+  for (int event = 0; event < std::min(count, kMaxEvents); ++event) {
     if (event == kBypassEvent && !bypass_is_offered()) continue;
     add_entry(entries, eventlist[event].name[language], kTitleLength);
   }
@@ -56,15 +57,15 @@ std::string event_entries(int count) {
 }
 
 // The heading of an event's jobs.
-std::string event_title(int count, int event) {
+std::string event_title(int event) {
   char title[kTitleLength + 1];
-  // kept: taken from the menu by event number, so behind the hidden event the next one's name stands
-  return ctoken(title, sizeof title, event_entries(count).c_str(), "|", event + 1);
+  // kept: taken from the menu by event number, so after the hidden event the next one's name stands
+  return ctoken(title, sizeof title, event_entries(DbEventListCnt).c_str(), "|", event + 1);
 }
 
 std::string job_entries(int jobs) {
   std::string entries;
-  for (int job = 0; job < jobs; job++) {
+  for (int job = 0; job < jobs; ++job) {
     char line[kJobLineLength + 1];
     job_line(*ActEvent[job], line);
     add_entry(entries, line, kJobLineLength);
@@ -86,17 +87,16 @@ void edit_job(WINDOW *screen, int32_t attr, int event, int job) {
 
 // 1 when a job was deleted.
 int delete_job(WINDOW *screen, int event, int jobs) {
-  const int choice =
-      do_event_function_menu(screen, MENU_EVENT_DEL[language], jobs, kJobMenus.row, kJobMenus.col, kJobMenus.width, 1);
+  const int choice = do_event_function_menu(screen, event, jobs, kJobMenus.row, kJobMenus.col, kJobMenus.width, 1);
   if (choice < 1 || choice > jobs) return 0;
   return del_event_function(event, choice - 1);
 }
 
 // Shows the jobs and acts on one choice. 1 to show them again.
-int run_job_list(WINDOW *screen, int32_t attr, const char *title, int event) {
+int run_job_list(WINDOW *screen, int32_t attr, int event) {
   tail_shutdown_function(event);
   const int jobs = parse_joblist(CStrArr_GetStr(&EventStrings, event), event);
-  const int choice = do_event_function_menu(screen, title, jobs, kJobMenus.row, kJobMenus.col, kJobMenus.width, 0);
+  const int choice = do_event_function_menu(screen, event, jobs, kJobMenus.row, kJobMenus.col, kJobMenus.width, 0);
   int again = 0;
   if (choice >= 1 && choice <= jobs) {
     edit_job(screen, attr, event, choice - 1);
@@ -151,10 +151,10 @@ int edit_new_event_cfg(WINDOW *screen, const char *, int32_t attr) {
   }
   for (;;) {
     int item = do_new_event_menu(screen, count, 6, 3, 74);
-    if (item > kBypassEvent && !bypass_is_offered()) item++;
+    if (item > kBypassEvent && !bypass_is_offered()) ++item;
     if (item < 1 || item == count + 2) return 1;
     if (item > count) continue;  // the spacer
-    edit_event_functions(screen, count, attr, event_title(count, item - 1).c_str(), item - 1);
+    edit_event_functions(screen, count, attr, item - 1);
   }
 }
 
@@ -162,13 +162,14 @@ int do_new_event_menu(WINDOW *screen, int count, int row, int col, int width) {
   return choose(screen, {row, col, width}, MENU_EVENT_TITLE[language], event_entries(count), 14, kEventMenuHelp);
 }
 
-int edit_event_functions(WINDOW *screen, int, int32_t attr, const char *title, int event) {
-  while (run_job_list(screen, attr, title, event)) {
+int edit_event_functions(WINDOW *screen, int, int32_t attr, int event) {
+  while (run_job_list(screen, attr, event)) {
   }
   return 1;
 }
 
-int do_event_function_menu(WINDOW *screen, const char *title, int jobs, int row, int col, int width, int delete_mode) {
+int do_event_function_menu(WINDOW *screen, int event, int jobs, int row, int col, int width, int delete_mode) {
+  const std::string title = delete_mode ? MENU_EVENT_DEL[language] : event_title(event);
   std::string entries = job_entries(jobs);
   if (!delete_mode) {
     add_entry(entries, MENU_EVENT_ADD[language], kJobLineLength);
@@ -177,7 +178,8 @@ int do_event_function_menu(WINDOW *screen, const char *title, int jobs, int row,
   add_entry(entries, MENU_EVENT_EXIT[language], kJobLineLength);
   int choice = 0;
   do {
-    choice = choose(screen, {row, col, width}, title, entries, 15, delete_mode ? kDeleteMenuHelp : kJobMenuHelp);
+    choice =
+        choose(screen, {row, col, width}, title.c_str(), entries, 15, delete_mode ? kDeleteMenuHelp : kJobMenuHelp);
   } while (choice == jobs + 1);
   return choice;
 }

@@ -10,11 +10,11 @@ int edit_new_event_cfg(WINDOW *screen, const char *file, int32_t attr);
 // The event menu for `count` events; the chosen item from 1, -1 when it was left.
 int do_new_event_menu(WINDOW *screen, int count, int row, int col, int width);
 
-// The job list of one event; `title` heads its menu. 1.
-int edit_event_functions(WINDOW *screen, int count, int32_t attr, const char *title, int event);
-// The menu of the `jobs` jobs in ActEvent, with the entries for adding and deleting or, in delete mode, without them.
-// The chosen item from 1, -1 when it was left.
-int do_event_function_menu(WINDOW *screen, const char *title, int jobs, int row, int col, int width, int delete_mode);
+// The job list of one of `count` events. 1.
+int edit_event_functions(WINDOW *screen, int count, int32_t attr, int event);
+// The menu of the `jobs` jobs of `event` in ActEvent, with the entries for adding and deleting or, in delete mode,
+// without them. The chosen item from 1, -1 when it was left.
+int do_event_function_menu(WINDOW *screen, int event, int jobs, int row, int col, int width, int delete_mode);
 // Lets choose a function and fill in a job of it. 1 when it was added to the event's list, else 0.
 int add_event_function(WINDOW *screen, int32_t attr, int event);
 

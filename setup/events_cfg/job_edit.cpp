@@ -6,23 +6,16 @@
 #include <string>
 
 #include "corbix/xconfig.h"
-#include "screen/maskloop.h"
 #include "screen/menu.h"
-#include "setup/cfgmask/checks.h"
-#include "setup/cfgmask/masks.h"
-#include "setup/cfgmask/texts.h"
-#include "setup/events_cfg/email_job.h"
-#include "setup/events_cfg/event_table.h"
-#include "setup/events_cfg/job_language.h"
-#include "setup/section.h"
-#include "util/numbers.h"
+#include "setup/events_cfg/texts.h"
+#include "setup/forms/forms.h"
+#include "setup/forms/texts.h"
+#include "setup/jobs/event_table.h"
+#include "setup/jobs/job_fields.h"
+#include "setup/jobs/job_language.h"
 #include "util/text.h"
 
 namespace {
-
-constexpr int32_t kLongestDelay = 9999999;  // s, what the field can hold
-constexpr int32_t kMonitorDelay = 5940;     // s, the longest delay that the monitor takes
-constexpr int32_t kLastPort = 65535;
 
 // The job in the mask: the context of the mask's procedures.
 struct EditedJob {
@@ -31,22 +24,8 @@ struct EditedJob {
 };
 const EditedJob &edited_job(const void *context) { return *static_cast<const EditedJob *>(context); }
 
-int label_field(int function) { return job_mask(function).count - 2; }
-int number_field(int function) { return job_mask(function).count - 1; }
-
-RecordField mask_field(int function, int field) {
-  const JobMask &mask = job_mask(function);
-  return {mask.record, mask.fields, field};
-}
-
-void put_mask_text(int function, int field, const char *text) {
-  const RecordField place = mask_field(function, field);
-  put_field(place.record, place.table, field, text);
-}
-
 bool is_attach_field(int function, int field) { return function == kEmailFunction && field >= 2 && field <= 5; }
 bool is_level_field(int function, int field) { return function == kSyslogFunction && field == 0; }
-bool is_event_id_field(int function, int field) { return function == kSyslogFunction && field == 1; }
 
 // --- frame
 
@@ -101,9 +80,7 @@ void show_event_hlp_txt(const void *context, WINDOW *win, int field) {
   }
 }
 
-bool check_field(const void *context, int field) {
-  return func_value_check(edited_job(context).job.function, field) != 0;
-}
+bool check_field(const void *context, int field) { return func_value_check(edited_job(context).job, field) != 0; }
 
 // A timing brings a fresh number along; those without one close its field.
 void fill_rep_time(WINDOW *win, int function, int timing) {
@@ -135,11 +112,7 @@ void pick_timing(WINDOW *win, int function) {
 
 void syslog_level_box(WINDOW *win) {
   const int level = choose_label(win, 7, syslog_list_title[language], funcframe_label07);
-  if (level < 0) return;
-  char name[12];
-  cpynstr(name, funcframe_label07[level][language]);
-  put_mask_text(kSyslogFunction, 0, name);
-  show_field(win, &Func8Rec, Function8TabArr, 0, attr_dkl);
+  if (level >= 0) fill_syslog_level(win, level);
 }
 
 void ask_attachment(WINDOW *win, int field) {
@@ -159,30 +132,6 @@ void pick(const void *context, WINDOW *win, int field) {
 }
 
 // --- values
-
-int check_delay(const char *text) {
-  if (std::strcmp(text, "default") == 0) return 1;
-  if (std::strspn(text, "0123456789 ") != std::strlen(text)) return 0;
-  const int32_t delay = to_int32(text);
-  if (delay > kLongestDelay) return 0;
-  if (delay > kMonitorDelay) put_mask_text(kShutdownFunction, 0, std::to_string(kMonitorDelay).c_str());
-  return 1;
-}
-
-int check_port(const char *text) {
-  const int32_t port = to_int32(text);
-  return *text == '\0' || (port >= 1 && port <= kLastPort);
-}
-
-// The fields that must hold something, behind the first one.
-bool may_not_be_empty(int function, int field) {
-  return field == 0 || (function == kMessageIdFunction && field == 1) || (function == kSyslogFunction && field == 2);
-}
-
-std::string mask_text(int function, int field) {
-  char text[256];
-  return stripstr(text_in(mask_field(function, field), text));
-}
 
 // Tells what the field may hold.
 void show_event_value_error(const void *context, WINDOW *win, int field) {
@@ -246,43 +195,11 @@ int edit_function_values(WINDOW *, int32_t attr, JobRec &job, int event) {
   return run_mask(make_mask(edited), attr) && save_function_values(job, event);
 }
 
-int func_value_check(int function, int field) {
-  const std::string text = mask_text(function, field);
-  if (may_not_be_empty(function, field) && text.empty()) return 0;
-  if (function == kShutdownFunction && field == 0) return check_delay(text.c_str());
-  if (function == kNimbroFunction && field == 1) return check_port(text.c_str());
-  return 1;
+void fill_syslog_level(WINDOW *win, int level) {
+  put_mask_text(kSyslogFunction, 0, funcframe_label07[level][language]);
+  show_field(win, &Func8Rec, Function8TabArr, 0, attr_dkl);
 }
 
-void load_function_values(const JobRec &job, int event) {
-  const JobMask &mask = job_mask(job.function);
-  std::memset(mask.record, 0, mask.record_size);
-  if (job.function == kEmailFunction) {
-    parseEmailFuncStr(job, event);
-    return;
-  }
-  for (int field = 0; field < job.param_count; field++) put_mask_text(job.function, field, job.params[field].value);
-  std::memcpy(Func8Rec.event_id, " 100", sizeof Func8Rec.event_id);
-  char label[kTimingLabelSize], number[kTimingNumberSize];
-  int state = kFieldReadOnly;
-  get_repeat_value(job.timing, label, number, &state, event);
-  put_mask_text(job.function, label_field(job.function), label);
-  put_mask_text(job.function, number_field(job.function), number);
-  mask.fields[number_field(job.function)].type = static_cast<uint8_t>(state);
-}
-
-int save_function_values(JobRec &job, int event) {
-  const int function = job.function;
-  for (int field = 0; field < job.param_count; field++) {
-    if (may_not_be_empty(function, field) && !func_value_check(function, field)) return 0;
-  }
-  char label[256];
-  text_in(mask_field(function, label_field(function)), label);
-  const std::string number = mask_text(function, number_field(function));
-  if (!set_repeat_value(job.timing, label, number.c_str(), event)) return 0;
-  for (int field = 0; field < job.param_count; field++) {
-    const std::string value = is_event_id_field(function, field) ? "100" : mask_text(function, field);
-    cpynstr(job.params[field].value, value);
-  }
-  return 1;
+void fill_attach_rec(WINDOW *win, int choice, int field) {
+  fill_yes_no(win, mask_field(kEmailFunction, field), choice);
 }

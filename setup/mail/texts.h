@@ -1,10 +1,8 @@
-// Texts of the mail mask.
+// Texts of the mail mask beside those of its fields.
 #pragma once
 
-#include "util/language.h"
+#include "setup/forms/texts.h"
 
-// Labels of the fields, in field order, and the heading above the last two.
-extern Label mailframe_label01, mailframe_label02, mailframe_label03, mailframe_label04, mailframe_label05,
-    mailframe_label06, mailframe_label07, mailframe_label08, mailframe_label09;
 extern Label mailframe_label10;  // title of the list of the SMTP switch
 extern Label mailframe_label11;  // title of the list of the signature switch
+inline constexpr Label &mailframe_label12 = list_hint_label;

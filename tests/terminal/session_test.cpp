@@ -158,7 +158,7 @@ TEST(Masks, SayAtOnceWhatTheFileCanNotGiveBack) {
   t.press({Home});
   t.type("       ");
   t.press({Down});
-  t.see("An empty value can not be read back: the default comes instead");
+  t.see("An empty value can not be read back, and what follows it is not saved");
   t.press({Up});
   t.type("Office");
   t.press({Down});
@@ -168,6 +168,19 @@ TEST(Masks, SayAtOnceWhatTheFileCanNotGiveBack) {
   t.type("Emil");  // scrambled, the first letter becomes a bracket
   t.press({Down});
   t.see(kHidden);
+
+  Terminal other;
+  other.start({.files = {{"ups.cfg", "UpsLocation=Office\nMailEnableFlag=yes\n"}}});
+  choose(other, kUps);
+  other.type("       ");
+  other.press({Down});
+  other.see("An empty value can not be read back: the default comes instead");
+  other.press({Escape});
+  choose(other, kMail);
+  other.press({End});
+  other.type("production");  // scrambled, its ninth letter ends it
+  other.press({Home});
+  other.see("This value can not be read back: a part of it is lost");
 }
 
 TEST(SystemMask, NoShutdownMeansNoneThatFollowsIt) {

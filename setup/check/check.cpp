@@ -1,0 +1,136 @@
+#include "setup/check/check.h"
+
+#include <algorithm>
+#include <map>
+#include <string_view>
+
+#include "corbix/profile_list.h"
+#include "corbix/xconfig.h"
+#include "setup/check/faults.h"
+#include "setup/check/texts.h"
+#include "setup/settings/models.h"
+
+namespace {
+
+constexpr int kReadMode = 1;
+constexpr int kLongestLine = 1023;
+
+// A profile that is closed at the end of its scope.
+struct OpenProfile {
+  ProfileHandle handle;
+  OpenProfile(const char *file, int mode) : handle(XOpenProfileEx(file, mode)) {}
+  OpenProfile(const OpenProfile &) = delete;
+  OpenProfile &operator=(const OpenProfile &) = delete;
+  ~OpenProfile() { XCloseProfileEx(&handle); }
+};
+
+// The part of the file that a line stands in.
+enum class Part {
+  start,     // neither a setting nor a topic so far
+  settings,  // in front of the first topic
+  topic,
+  hidden,  // behind a "[" that is no topic's
+};
+
+struct Walk {
+  std::vector<KeyFinding> &findings;
+  Part part = Part::start;
+  int line = 0;
+  bool in_line = false;  // the text before was a piece of the same line
+  int hidden_by = 0;
+  std::map<const Setting *, int> lines = {};  // of the settings that were found
+};
+
+void report(Walk &walk, const Setting *setting, const std::string &text) {
+  walk.findings.push_back({walk.line, setting == nullptr ? "" : setting->key, text});
+}
+
+const Setting *setting_of_line(std::string_view text) {
+  std::string_view key;
+  return has_key_entry(text) && find_entry(text, kReadMode, key) ? setting_of_key(key) : nullptr;
+}
+
+// A topic as a person writes it, not just a "[" somewhere in the line.
+bool is_topic_line(std::string_view text) {
+  const size_t start = text.find_first_not_of(" \t");
+  return is_topic(text) && start != std::string_view::npos && text[start] == '[';
+}
+
+std::string_view without_blanks(std::string_view text) {
+  const size_t start = std::min(text.find_first_not_of(' '), text.size());
+  return text.substr(start, text.find_last_not_of(' ') + 1 - start);
+}
+
+// The text of a setting as the masks show it.
+std::string typed_text(const Setting &setting, const std::string &value) {
+  return setting.kind == Kind::secret ? text_of_field(setting) : value;
+}
+
+void check_setting(Walk &walk, const Setting &setting, std::string_view text) {
+  const auto [found, is_first] = walk.lines.emplace(&setting, walk.line);
+  if (!is_first) return report(walk, &setting, filled(duplicate_label, {std::to_string(found->second)}));
+  char value[kLongestLine + 1], whole[kLongestLine + 1];
+  get_value(text, value, kReadMode);
+  get_value_notrim(text, whole, kReadMode);
+  if (std::string_view(whole).ends_with('\r')) return report(walk, &setting, carriage_return_label[language]);
+  const ProfileFault fault = XSurvives(kTmpTopic, setting.key, without_blanks(whole));
+  if (fault != ProfileFault::none && fault != ProfileFault::empty) return report(walk, &setting, fault_notice(fault));
+  for (const std::string &reason : faults_of(setting, typed_text(setting, value), value)) {
+    report(walk, &setting, reason);
+  }
+}
+
+// What a "[" that no topic begins with does to the lines below it.
+void hide_rest(Walk &walk, const Setting *setting) {
+  if (setting == nullptr) report(walk, nullptr, fault_notice(ProfileFault::bracket));
+  walk.part = Part::hidden;
+  walk.hidden_by = walk.line;
+}
+
+void check_text(Walk &walk, std::string_view text) {
+  const Setting *setting = setting_of_line(text);
+  if (walk.part == Part::topic) return;
+  if (walk.part == Part::hidden && setting != nullptr) {
+    report(walk, setting, filled(covered_label, {std::to_string(walk.hidden_by)}));
+  }
+  if (is_topic_line(text)) {
+    if (walk.part == Part::start) report(walk, nullptr, no_place_label[language]);
+    walk.part = Part::topic;
+  } else if (walk.part != Part::hidden) {
+    if (setting != nullptr) check_setting(walk, *setting, text);
+    // in front of the first setting the monitor looks for whole topics only
+    if (walk.part == Part::start ? is_topic(text) : holds_topic(text)) hide_rest(walk, setting);
+  }
+}
+
+void check_line(Walk &walk, const ProfileLine &line) {
+  std::string_view written;
+  if (!written_text(line, kReadMode, written)) {
+    walk.part = Part::settings;
+    return;
+  }
+  const bool is_whole = written.ends_with('\n') || line.next == nullptr;
+  if (!walk.in_line) {
+    ++walk.line;
+    if (!is_whole) report(walk, nullptr, filled(pieces_label, {std::to_string(kLongestLine)}));
+  }
+  walk.in_line = !is_whole;
+  if (line.has_nul) report(walk, nullptr, nul_label[language]);
+  check_text(walk, text_of(line));
+}
+
+}  // namespace
+
+Outcome check_configuration(const char *file, std::vector<KeyFinding> &findings) {
+  if (!InitUpsTypeArray()) return Outcome::database_unreadable;
+  const OpenProfile profile(file, kReadMode);
+  if (profile.handle == nullptr || !init_config_vals(file)) return Outcome::file_unreadable;
+  Walk walk = {findings};
+  for (const ProfileLine *line = &profile.handle->first; line != nullptr && line->txt != nullptr; line = line->next) {
+    check_line(walk, *line);
+  }
+  const auto has_line = [&walk](const Setting &setting) { return walk.lines.contains(&setting); };
+  const Setting &model = *setting_of_key("UpsModel");
+  if (!has_line(model)) findings.insert(findings.begin(), {0, model.key, no_model_label[language]});
+  return Outcome::done;
+}

@@ -1,0 +1,190 @@
+#include "setup/configuration/configuration.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "setup/jobs/catalogue.h"
+#include "setup/jobs/event_table.h"
+#include "setup/settings/models.h"
+#include "util/files.h"
+#include "util/text.h"
+#include "util/trace.h"
+
+const char *const kConfigurationFile = "ups.cfg";
+int32_t create_new_cfg = 0;
+
+namespace {
+
+// The lines that a new configuration begins with.
+constexpr char kHeader[] = "#\n#  KAVLON Pro Configuration\n#\n\n";
+static_assert(sizeof kHeader - 1 == 33);
+
+struct SectionWriter {
+  const char *name;
+  int (*save)(const char *file);
+};
+constexpr SectionWriter kSections[] = {
+    // clang-format off
+    {"save_std_cfg",       save_std_cfg},
+    {"save_custom_cfg",    save_custom_cfg},
+    {"save_path_cfg",      save_path_cfg},
+    {"save_mail_cfg",      save_mail_cfg},
+    {"save_new_event_cfg", save_new_event_cfg},
+    // clang-format on
+};
+
+constexpr size_t kSettingCount = kUpsSettings.size() + kSystemSettings.size() + kPathSettings.size() +
+                                 kExtraJobSettings.size() + kMailSettings.size() + kEventCount;
+
+std::array<const Setting *, kSettingCount> list_settings() {
+  std::array<const Setting *, kSettingCount> list = {};
+  size_t count = 0;
+  const auto add = [&](const Setting &setting) { list[count++] = &setting; };
+  for (const int mask : {kMaskUps, kMaskSystem, kMaskPaths, kMaskExtraJobs, kMaskMail}) {
+    std::ranges::for_each(settings_of(mask), add);
+  }
+  std::ranges::for_each(job_list_settings(), add);
+  return list;
+}
+
+// The extra jobs' paths of a session that had a configuration at its start stay as they are.
+void store_new_defaults(const char *directory) {
+  for (const Setting *setting : core_settings()) {
+    const bool stays = setting->mask == kMaskExtraJobs && setting->kind == Kind::path && !create_new_cfg;
+    if (!stays) store_default(*setting, directory);
+  }
+}
+
+struct TracedDefault {
+  const char *name;
+  const char *key;
+};
+constexpr TracedDefault kTracedDefaults[] = {
+    // clang-format off
+    {"appl_name",        "UpsLocation"},
+    {"device_str",       "UpsDevice"},
+    {"ups_id",           "UpsID"},
+    {"log_rate",         "DataLoggingRate"},
+    {"log_min",          nullptr},
+    {"log_max",          "LogMaxHours"},
+    {"ups_name",         "UpsModel"},
+    {"cable_type",       "UpsCable"},
+    {"ups_power",        "UpsPower"},
+    {"ups_load",         "UpsLoad"},
+    {"ups_maxholdtime",  "UpsHoldMins"},
+    {"ups_rechargetime", "UpsRechargeHours"},
+    // clang-format on
+};
+
+void trace_defaults() {
+  if (debugLevel <= kTraceDetails) return;
+  for (const auto &[name, key] : kTracedDefaults) {
+    const Setting *setting = key == nullptr ? nullptr : setting_of_key(key);
+    const std::string text = setting == nullptr             ? std::to_string(StdRec.minimum_log)
+                             : setting->kind == Kind::cable ? text_of_field(*setting)
+                                                            : setting->fallback;
+    myfprintf("cfgmask: init_new_config_vals: %s = |%s|\n", name, text.c_str());
+  }
+}
+
+}  // namespace
+
+std::span<const Setting *const> all_settings() {
+  static const auto settings = list_settings();
+  return settings;
+}
+
+const Setting *setting_of_key(std::string_view key) {
+  const auto has_key = [key](const Setting *setting) { return stricmp(setting->key, key) == 0; };
+  const auto found = std::ranges::find_if(all_settings(), has_key);
+  return found == all_settings().end() ? nullptr : *found;
+}
+
+void init_all_tabs() {
+  init_tab();
+  init_mail_tab();
+  init_function_tab();
+}
+
+int init_config_vals(const char *file) {
+  if (!XOpenProfile(file, 1)) return 0;
+  forget_file();
+  const int lists = load_event_strings();
+  if (lists > 0) {
+    load_settings(core_settings());
+    read_mail_cfg(file);
+    for (const Setting *setting : all_settings()) {
+      if (setting->fallback == nullptr) note_text_in_file(*setting);
+    }
+    remember_lists_model();
+  }
+  XCloseProfile();
+  return lists > 0;
+}
+
+int init_new_config_vals() {
+  char directory[256] = "";
+  if (getcwd(directory, sizeof directory) == nullptr) directory[0] = '\0';
+  forget_file();
+  store_new_defaults(directory);
+  StdRec.logging_rate_copy = StdRec.logging_rate;
+  StdRec.minimum_log = 24;
+  trace_defaults();
+  init_mail_cfg();
+  XCloseProfile();
+  reset_job_lists("No UPS model defined");
+  return 1;
+}
+
+int values_of_file(const char *file, std::vector<std::string> &values) {
+  if (!XOpenProfile(file, 1)) return 0;
+  values.clear();
+  for (const Setting *setting : all_settings()) {
+    char value[1024];  // GetMaxCfgBuf()
+    const bool stored = XGetPrivateProfileString(kTmpTopic, setting->key, value, sizeof value) != 0;
+    values.push_back(stored ? value : default_of(*setting));
+  }
+  XCloseProfile();
+  return 1;
+}
+
+std::vector<std::string> default_values() {
+  std::vector<std::string> values;
+  for (const Setting *setting : all_settings()) {
+    values.push_back(setting->kind == Kind::job_list ? eventlist[setting->field].jobs[language] : default_of(*setting));
+  }
+  return values;
+}
+
+int save_configuration(const char *file) {
+  Descriptor lock;  // sections of two programs that save at the same time must not mix
+  if (!lock_for_saving(file, lock)) return 0;
+  if (!does_file_exist(file, 1) && !replace_file(file, kHeader)) return 0;
+  int result = 1;
+  for (const SectionWriter &section : kSections) {
+    const int saved = section.save(file);
+    if (saved == 0) {
+      XCloseProfile();
+      result = 0;
+    }
+    if (debugLevel > kTraceResults) myfprintf("%s() %s\n", section.name, saved > 0 ? "ok" : "failed");
+  }
+  return result;
+}
+
+void choose_model(const char *name) {
+  const int model = get_ups_list_id(UpsTypeArr, name);
+  take_line_settings(model);
+  take_model(UpsTypeArr[model]);
+  reset_job_lists(name);
+  const bool needs_password = std::strncmp(name, "ZELK", 4) == 0 && CustomRec.password[0] == '\0';
+  if (needs_password) put_field(&CustomRec, CustomTabArr, kPassword, setting_of_key("PASSWORD")->fallback);
+}
+
+void reset_job_lists(const char *name) {
+  DbEventListCnt = fill_event_strings(name);
+  DbFuncListCnt = 0;
+}

@@ -1,0 +1,15 @@
+// Texts of kavcfg: usage, and why a command fails. "%s" is the value that the comment names.
+#pragma once
+
+#include "util/language.h"
+
+extern Label usage_label;  // "|" between the lines
+
+// Of files and keys
+extern Label unreadable_label, unwritable_label, database_unreadable_label;  // %s file
+extern Label no_such_key_label, given_twice_label, value_missing_label;      // %s argument, behind the first "=" cut
+extern Label password_given_label, password_missing_label, password_hidden_label;
+extern Label not_convertible_label;
+extern Label no_value_label;  // a key that is not in the file and has no default
+extern Label hidden_label;    // in the place of a password
+extern Label follower_label;  // follows from other keys
