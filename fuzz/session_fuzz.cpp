@@ -8,6 +8,7 @@
 
 #include "corbix/xconfig.h"
 #include "fuzz/fuzz.h"
+#include "screen/keys.h"
 #include "screen/maskelib.h"
 #include "screen/menu.h"
 #include "setup/configuration/configuration.h"

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "fuzz/fuzz.h"
-#include "screen/charset.h"
+#include "util/charset.h"
 #include "util/numbers.h"
 #include "util/text.h"
 #include "util/times.h"
@@ -24,7 +24,7 @@ void show(const std::string &text, size_t columns) {
 
 void type(std::string_view typed) {
   while (!typed.empty()) {
-    const TypedCharacter character = typed_character(typed);
+    const TypedCharacter character = typed_character(typed, Charset::euc_jp);
     expect(character.bytes <= typed.size() && character.text.size() <= 2);
     if (character.bytes == 0) return;
     typed.remove_prefix(character.bytes);

@@ -1,10 +1,10 @@
-// Message boxes and the background of the screens.
-#include <sys/stat.h>
+#include "screen/box.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <string>
 
+#include "screen/draw.h"
+#include "screen/keys.h"
 #include "screen/menu.h"
 #include "screen/texts.h"
 #include "util/text.h"
@@ -17,7 +17,6 @@ constexpr int kBoxRow = 9;
 constexpr int kBoxColumn = 4;
 constexpr int kBoxWidth = 71;
 constexpr int kSingleLine = 1;
-constexpr int kDirectory = 2;
 
 Window open_box(int lines, int32_t attr) {
   Window box = open_window(lines + 2, kBoxWidth, kBoxRow, kBoxColumn);
@@ -78,11 +77,4 @@ void draw_edit_background(WINDOW *win, int32_t attr) {
   wffill_area(win, 3, 4, 1, width - 8, ' ', attr);
   wprintv(win, title, attr, 3, 3 + (width - 6 - static_cast<int>(title.size())) / 2);
   wshow(win);
-}
-
-int does_file_exist(const char *path, int mode) {
-  struct stat status = {};
-  const bool exists = stat(path, &status) == 0;
-  if (mode == kDirectory) return exists && S_ISDIR(status.st_mode);
-  return exists || errno != ENOENT;
 }

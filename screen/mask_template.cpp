@@ -1,10 +1,11 @@
-// Masks that are kept as files.
+#include "screen/mask_template.h"
+
 #include <algorithm>
 #include <cstdio>
+#include <span>
 #include <string_view>
 
-#include "screen/field_cells.h"
-#include "screen/maskelib.h"
+#include "screen/draw.h"
 #include "util/files.h"
 
 namespace {

@@ -1,18 +1,21 @@
 #include "screen/maskelib.h"
 
-#include <cstring>
-#include <iterator>
-#include <memory>
-#include <new>
+#include <algorithm>
+#include <span>
+#include <string>
+#include <utility>
 
-#include "screen/field_cells.h"
-#include "util/numbers.h"
+#include "record/typed_text.h"
+#include "screen/draw.h"
+#include "screen/image.h"
+#include "screen/keys.h"
+#include "util/charset.h"
+#include "util/euc_jp.h"
 #include "util/text.h"
+#include "util/trace.h"
 
-char *Edit_screen, *User1_screen, *User2_screen, *Sysbuff;
 int32_t attr_dkl = 0x100000;
 int32_t attr_hell = kAttrHighlight;
-int32_t null_unt = 1;
 int32_t old = -1;
 int32_t case_up, anz_block, normal_cu, num_lock, key_wait, ins_flag, swirch_cu;
 
@@ -20,83 +23,160 @@ namespace {
 
 constexpr int kFieldTextSize = 256;  // longest field and terminator
 
-void get_number(char *buf, const void *member, int type, int length) {
-  int32_t value;
-  std::memcpy(&value, member, sizeof value);
-  char digits[34];
-  if (type == kFieldSignedNumber) {
-    qltoa(value, digits, 10);
-  } else {
-    qultoa(static_cast<uint32_t>(value), digits, 10);
+// A cell whose character lost its other half. A control byte: it shows as "?".
+constexpr char kHalfCharacter = 0x1A;
+
+// Japanese texts have characters of two cells; those of other texts are taken byte by byte.
+bool is_japanese() {
+  const Charset charset = present_charset();
+  return charset == Charset::euc_jp || charset == Charset::raw_euc_jp;
+}
+
+size_t character_cells(std::span<const char> cells, size_t at) {
+  return euc_jp_length(std::string_view(cells.data(), cells.size()).substr(at));
+}
+
+// Before a change at `boundary`: the character that has cells on both sides of it becomes halves.
+void part_characters(std::span<char> cells, int boundary) {
+  const auto limit = std::min(static_cast<size_t>(std::max(boundary, 0)), cells.size());
+  for (size_t at = 0; at < limit;) {
+    const size_t count = character_cells(cells, at);
+    if (at + count > limit) std::ranges::fill(cells.subspan(at, count), kHalfCharacter);
+    at += count;
   }
-  cpynstr(buf, digits, length + 1);
-  maskelib::strpad(buf, length, null_unt != 0 ? ' ' : '0', 2, 1);
+}
+
+// Halves, and bytes that are no character, become blanks.
+void blank_halves(std::span<char> cells) {
+  for (size_t at = 0; at < cells.size();) {
+    const size_t count = character_cells(cells, at);
+    const bool broken = count == 1 && static_cast<unsigned char>(cells[at]) >= 0x80;
+    if (cells[at] == kHalfCharacter || broken) cells[at] = ' ';
+    at += count;
+  }
+}
+
+// Keys that end an edit from any cell, and what they are told as.
+struct EndingKey {
+  int key;
+  int result;
+};
+constexpr EndingKey kEndingKeys[] = {
+    {kKeyTab, kKeyTab},   {kKeyLineFeed, kKeyReturn}, {kKeyReturn, kKeyReturn}, {kKeyEnter, kKeyReturn},
+    {kKeyHelp, kKeyHelp}, {kKeyEscape, kKeyEscape},   {kKeyUp, kKeyUp},         {kKeyDown, kKeyDown},
+    {kKeyHome, kKeyHome}, {kKeyEnd, kKeyEnd},         {kKeyF10, kKeyF10},
+};
+
+constexpr int kControlH = 8;
+constexpr int kLastControl = 31;
+
+// A key that was typed; a two-byte character is one.
+struct Typed {
+  int key;  // the character's first byte
+  char second;
+  int cells;
+};
+
+struct FieldEdit {
+  WINDOW *win;
+  const FieldDescriptor &field;
+  std::span<char> cells;
+  int position = 0;  // the cell of the cursor
+  int unread = 0;    // a key that was read as the rest of a character, but is none
+};
+
+int take_key(FieldEdit &edit) { return edit.unread != 0 ? std::exchange(edit.unread, 0) : winkey(edit.win); }
+
+Typed take_typed(FieldEdit &edit) {
+  const int key = take_key(edit);
+  if (key < 0x80 || key > 0xFF || !is_japanese()) return {key, 0, 1};
+  if (!is_euc_jp_part(static_cast<char>(key))) return {kKeyUnfit, 0, 1};
+  const int second = take_key(edit);
+  if (second <= 0xFF && is_euc_jp_part(static_cast<char>(second))) return {key, static_cast<char>(second), 2};
+  edit.unread = second;
+  return {kKeyUnfit, 0, 1};
+}
+
+// Breaks the two-byte characters that a change of `count` cells cuts through.
+void part_at_edges(FieldEdit &edit, int count) {
+  if (!is_japanese()) return;
+  part_characters(edit.cells, edit.position);
+  part_characters(edit.cells, edit.position + count);
+}
+
+void enter_character(FieldEdit &edit, const Typed &typed) {
+  part_at_edges(edit, typed.cells);
+  const char bytes[2] = {static_cast<char>(typed.key), typed.second};
+  std::copy_n(bytes, typed.cells, edit.cells.begin() + edit.position);
+  edit.position += typed.cells;
+}
+
+void erase_before(FieldEdit &edit) {
+  const int last_column = edit.field.col + static_cast<int>(edit.cells.size()) - 1;
+  --edit.position;
+  part_at_edges(edit, 1);
+  delete_char(edit.win, edit.field.row, edit.field.col + edit.position, last_column, ' ');
+}
+
+// The whole field is redrawn after a change: what a byte shows as depends on the bytes beside it.
+void draw_edited(const FieldEdit &edit) {
+  wattrib(edit.win, edit.field.row, edit.field.col, edit.field.length, attr_hell);
+}
+
+// Does what was typed; the key that ends the edit, 0 to go on.
+int apply_typed(FieldEdit &edit, const Typed &typed) {
+  const int length = static_cast<int>(edit.cells.size());
+  const FieldStep step = field_step(edit.field.type, length, edit.position, typed.key, typed.cells);
+  switch (step.action) {
+    case FieldAction::kIgnore:
+    case FieldAction::kEnd:
+      break;
+    case FieldAction::kBeep:
+      dobeep(1);
+      break;
+    case FieldAction::kMoveLeft:
+      --edit.position;
+      break;
+    case FieldAction::kMoveRight:
+      ++edit.position;
+      break;
+    case FieldAction::kErase:
+      erase_before(edit);
+      draw_edited(edit);
+      break;
+    case FieldAction::kEnter:
+      enter_character(edit, typed);
+      draw_edited(edit);
+      break;
+  }
+  return step.key;
+}
+
+int edit_cells(FieldEdit &edit) {
+  draw_edited(edit);
+  show_cursor(edit.win, true);
+  int ended = 0;
+  while (ended == 0) {
+    wcursor(edit.win, edit.field.row, edit.field.col + edit.position);
+    wshow(edit.win);
+    ended = apply_typed(edit, take_typed(edit));
+  }
+  show_cursor(edit.win, false);
+  return ended;
+}
+
+// Takes the text of the field's cells back into the record.
+void store_cells(void *rec, const FieldDescriptor *tab, int i, std::span<char> cells, bool changed) {
+  if (changed && is_japanese()) blank_halves(cells);
+  char text[kImageColumns + 1];
+  cpynstr(text, {cells.data(), cells.size()});
+  finish_text(text, tab[i].type);
+  if (debugLevel > kTraceDetails) myfprintf("maskelib.c:edit_field:field_index=%d|buffer=%s|\n", i, text);
+  // The cells may not show all of a number: it is taken only when it was typed.
+  if (changed || !is_number_field(tab[i].type)) put_field(rec, tab, i, text);
 }
 
 }  // namespace
-
-int init_masklib() {
-  static std::unique_ptr<char[]> buffers[4];
-  char **const names[] = {&Edit_screen, &User1_screen, &User2_screen, &Sysbuff};
-  for (size_t i = 0; i < std::size(buffers); ++i) {
-    if (buffers[i] == nullptr) buffers[i].reset(new (std::nothrow) char[kImageSize]());
-    if (buffers[i] == nullptr) return 1;
-    *names[i] = buffers[i].get();
-  }
-  mcls();
-  return 0;
-}
-
-void clear_buffer(char *buf, char ch) { std::memset(buf, ch, kImageSize); }
-
-void mcls() { clear_buffer(Edit_screen, ' '); }
-
-void copy_screen(char *dst, const char *src) { std::memmove(dst, src, kImageSize); }
-
-void set_sysattr(int32_t attr) { setattr(attr); }
-
-void *recptr(void *rec, const FieldDescriptor *tab, int i) {
-  const int offset = member_offset(tab, i);
-  return offset < 0 ? nullptr : static_cast<char *>(rec) + offset;
-}
-
-void get_data(char *buf, const void *member, int type, int length) {
-  if (is_skip_field(type)) return;
-  if (is_number_field(type)) {
-    get_number(buf, member, type, length);
-  } else if (is_text_field(type)) {
-    const auto *text = static_cast<const char *>(member);
-    cpyvar(buf, {text, strnlen(text, static_cast<size_t>(length))}, length);
-  }
-}
-
-void put_data(void *member, const char *text, int type, int length) {
-  if (is_skip_field(type)) return;
-  if (is_number_field(type)) {
-    const int32_t value = to_int32(text);
-    std::memcpy(member, &value, sizeof value);
-  } else if (is_text_field(type)) {
-    const auto room = static_cast<size_t>(length);
-    const std::string_view taken = cut_text(text, room);
-    auto *bytes = static_cast<char *>(member);
-    std::memmove(bytes, taken.data(), taken.size());
-    std::memset(bytes + taken.size(), 0, room - taken.size());
-  }
-}
-
-int get_field(const void *rec, const FieldDescriptor *tab, int i, char *buf) {
-  const int offset = member_offset(tab, i);
-  if (offset < 0) return -1;
-  get_data(buf, static_cast<const char *>(rec) + offset, tab[i].type, tab[i].length);
-  return 0;
-}
-
-int put_field(void *rec, const FieldDescriptor *tab, int i, const char *text) {
-  void *member = recptr(rec, tab, i);
-  if (member == nullptr) return -1;
-  put_data(member, text, tab[i].type, tab[i].length);
-  return 0;
-}
 
 int show_field(WINDOW *win, const void *rec, const FieldDescriptor *tab, int i, int32_t attr) {
   char text[kFieldTextSize] = "";
@@ -114,4 +194,75 @@ int show_field(WINDOW *win, const void *rec, const FieldDescriptor *tab, int i, 
 
 void show_rec(WINDOW *win, const void *rec, const FieldDescriptor *tab, int32_t attr) {
   for (int i = 0; show_field(win, rec, tab, i, attr) == 0;) ++i;
+}
+
+FieldStep field_step(int type, int length, int position, int key, int cells) {
+  const auto *ending = std::ranges::find(kEndingKeys, key, &EndingKey::key);
+  if (ending != std::end(kEndingKeys)) return {FieldAction::kEnd, ending->result};
+  if (key == kKeyRight) {
+    return position < length - 1 ? FieldStep{FieldAction::kMoveRight, 0} : FieldStep{FieldAction::kEnd, key};
+  }
+  if (key == kKeyLeft) return position > 0 ? FieldStep{FieldAction::kMoveLeft, 0} : FieldStep{FieldAction::kEnd, key};
+  if (key == kControlH || key == kKeyBackspace) {
+    if (position == 0) return {FieldAction::kIgnore, 0};
+    return {is_read_only_field(type) ? FieldAction::kBeep : FieldAction::kErase, 0};
+  }
+  if (key <= kLastControl) return {FieldAction::kIgnore, 0};
+  const bool fits = position + cells <= length && accepts_character(type, position, key) != 0;
+  return {fits ? FieldAction::kEnter : FieldAction::kBeep, 0};
+}
+
+int edit_field(WINDOW *win, void *rec, const FieldDescriptor *tab, int i) {
+  if (recptr(rec, tab, i) == nullptr) return kKeyEscape;
+  const FieldDescriptor &field = tab[i];
+  const int last_edited = i == 0 ? -1 : old;
+  old = i == 0 ? -1 : i;
+  if (is_skip_field(field.type)) return last_edited >= i ? kKeyUp : kKeyDown;
+
+  const std::span<char> cells = image_cells(Edit_screen, field.row, field.col, field.length);
+  const std::string before(cells.begin(), cells.end());
+  FieldEdit edit{win, field, cells};
+  const int key = edit_cells(edit);
+  if (!cells.empty()) store_cells(rec, tab, i, cells, !std::ranges::equal(cells, before));
+  show_field(win, rec, tab, i, attr_dkl);
+  return key;
+}
+
+int steuerung(int *i, int key, int count) {
+  int next = *i;
+  switch (key) {
+    case kKeyEscape:
+      return 0;
+    case kKeyTab:
+      if (next >= count - 1) {
+        *i = count;
+        return 0;
+      }
+      ++next;
+      break;
+    case kKeyDown:
+    case kKeyRight:
+    case kKeyReturn:
+    case 1:  // Control-A
+      ++next;
+      break;
+    case kKeyUp:
+    case kKeyLeft:
+      --next;
+      break;
+    case kKeyHome:
+      next = 0;
+      break;
+    case kKeyEnd:
+      next = count - 1;
+      break;
+    default:
+      break;
+  }
+  *i = std::max(0, std::min(next, count - 1));
+  return -1;
+}
+
+void dobeep(int n) {
+  if (n < 6) beep();
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include "screen/draw.h"
+#include "screen/keys.h"
 #include "screen/texts.h"
 
 namespace {

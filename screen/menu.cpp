@@ -4,6 +4,9 @@
 #include <memory>
 #include <string>
 
+#include "screen/draw.h"
+#include "screen/keys.h"
+#include "screen/list.h"
 #include "screen/maskelib.h"
 #include "screen/texts.h"
 #include "util/text.h"

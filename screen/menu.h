@@ -1,8 +1,6 @@
-// Lists of positioned strings, menus, message boxes.
+// Menus. They open a window of their own above the parent and give the screen back as it was when they close.
 //
-// Texts of several lines or entries are one string whose pieces a separator divides ("yes|no"). Menus and boxes open a
-// window of their own above the parent and give the screen back as it was when they close. An entry holds at most 83
-// characters; what is longer is cut.
+// Texts of several lines or entries are one string whose pieces a separator divides ("yes|no").
 #pragma once
 
 #include <cstdint>
@@ -10,60 +8,9 @@
 
 #include "screen/scrio.h"
 
-// One entry of a list; the list is its first node, an empty one is null.
-struct StringNode {
-  int32_t row = 0;  // -1 in lists that are drawn by DrawStringFromListInList only
-  int32_t col = 0;
-  int32_t width = 0;  // for centring and right alignment
-  int32_t attr = 0;
-  int32_t attr_sel = 0;
-  char text[84] = "";
-  int32_t strid = 0;  // what choosing the entry returns
-  int32_t num = 0;    // position from 1; not renumbered on removal
-  StringNode *prev = nullptr;
-  StringNode *next = nullptr;
-};
-
 // The help of a menu: fills `title` (at most 70 characters, 71 bytes) and `text` (256 bytes) for the entry `strid` of
 // the menu known by `help`, 1; or 0 for an unknown `help`. The session plants the real one; null shows no help.
 extern int (*menu_help)(int help, int strid, char *title, char *text);
-
-// --- lists
-
-// Appends an entry; with a null list it starts one. The node, or null when memory runs out.
-StringNode *Insert_String(StringNode *list, const char *text, int32_t strid, int32_t attr, int32_t attr_sel,
-                          int32_t row, int32_t col, int32_t width);
-// Frees the entry that get_element_by_num finds; 1, or 0 for a null list. When that is the first one (so also for a
-// `num` beyond the last), the caller's list pointer is dead.
-int Remove_String(StringNode *list, int32_t num);
-// Frees every entry; 0 for an empty list, else 1.
-int RemoveFullList(StringNode *list);
-// The last node. Mode 1 renumbers on the way, mode 2 waits for a key at every node, mode 0 only walks.
-StringNode *get_last_one(StringNode *list, int mode);
-StringNode *get_next(StringNode *node);
-int32_t get_last_entry_num(StringNode *list);
-// The node at position `num`, its text copied to `dst` (84 bytes). A list of one node, or `num` beyond the last, gives
-// the first node and copies nothing.
-StringNode *get_element_by_num(StringNode *list, int32_t num, char *dst);
-// -1 for an empty or one-node list or a `num` beyond the last.
-int32_t get_strid_by_num(StringNode *list, int32_t num);
-// The node with that strid, its text copied to `dst` (84 bytes); the node where the search stopped, nothing copied,
-// when there is none; null for a null list.
-StringNode *get_element_by_strid(StringNode *list, int32_t strid, char *dst);
-void DumpList(StringNode *list);
-
-// align: 1 left, 2 right, any other centred. The results are the strid of the selected entry, 0 when there is none.
-int32_t DrawStringFromList(WINDOW *win, StringNode *list, int32_t num, int selected, int align);
-int32_t DrawStringFromListInList(WINDOW *win, StringNode *list, int32_t num, int selected, int row, int col, int width,
-                                 int align);
-int32_t DrawFullStringBox(WINDOW *win, StringNode *list, int32_t sel, int align);
-int32_t DrawFullStringListBox(WINDOW *win, StringNode *list, int32_t first, int32_t cursor, int row, int col, int width,
-                              int count, int align);
-// Moves the first visible entry and the cursor row (both from 1) by a key; the selected entry's index, 0 for null
-// pointers. In a list of fewer than `visible` entries Down can put the cursor below the last one; no other key does.
-int ProcessListKeyboard(int key, int32_t *first, int32_t *cursor, int32_t total, int32_t visible);
-
-// --- menus
 
 // Frame, title lines (divided by "|") and separator of a menu; 1.
 int DrawMenuFrame(WINDOW *win, int32_t attr, const char *title, int style);
@@ -85,15 +32,3 @@ std::string text_piece(const char *text, const char *sep, int n);
 std::string at_least_two_lines(const char *text);
 // The question as title, "yes|no" as entries: 1 yes, 2 no, 0 Escape. As wide as the question plus two.
 int yes_no_menu(WINDOW *parent, int row, int col, const char *question);
-
-// --- boxes
-
-// A message of several lines; waits for a key. With `error` a second small window says so.
-void draw_box(WINDOW *parent, const char *text, const char *sep, int32_t attr, int32_t textattr, int error);
-// The same for one second, without waiting for a key; `text` should be one line.
-void draw_box_nowait(WINDOW *parent, const char *text, const char *sep, int32_t attr);
-// '#' in every cell, and the product's title in a framed box on rows 2 to 4.
-void draw_edit_background(WINDOW *win, int32_t attr);
-
-// 1 when the path exists (or can't be told not to); with mode 2 only when it is a directory.
-int does_file_exist(const char *path, int mode);

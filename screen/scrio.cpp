@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "screen/keys.h"
 #include "screen/terminal.h"
 #include "util/check.h"
 

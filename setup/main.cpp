@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "screen/draw.h"
 #include "screen/maskelib.h"
 #include "screen/menu.h"
 #include "setup/configuration/configuration.h"
@@ -16,6 +17,8 @@
 #include "setup/texts.h"
 #include "unixtools/portprobe.h"
 #include "upsdb/upsdb.h"
+#include "util/charset.h"
+#include "util/files.h"
 
 namespace {
 

@@ -5,6 +5,10 @@
 #include <string>
 
 #include "corbix/xconfig.h"
+#include "screen/box.h"
+#include "screen/draw.h"
+#include "screen/image.h"
+#include "screen/keys.h"
 #include "screen/menu.h"
 #include "screen/texts.h"
 #include "setup/cfgmask/masks.h"
@@ -14,6 +18,7 @@
 #include "setup/options.h"
 #include "setup/texts.h"
 #include "setup/upsprobe.h"
+#include "util/files.h"
 #include "util/trace.h"
 
 namespace {

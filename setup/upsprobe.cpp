@@ -5,6 +5,9 @@
 #include <cstring>
 #include <string>
 
+#include "screen/box.h"
+#include "screen/draw.h"
+#include "screen/keys.h"
 #include "screen/menu.h"
 #include "setup/configuration/configuration.h"
 #include "setup/settings/models.h"

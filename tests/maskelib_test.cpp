@@ -5,6 +5,9 @@
 #include <cstring>
 #include <string>
 
+#include "record/typed_text.h"
+#include "screen/image.h"
+#include "screen/mask_template.h"
 #include "tests/curses_screen.h"
 #include "tests/folder.h"
 #include "util/language.h"

@@ -7,7 +7,10 @@
 #include <string>
 #include <tuple>
 
+#include "screen/keys.h"
+#include "screen/list.h"
 #include "tests/curses_screen.h"
+#include "util/files.h"
 #include "util/text.h"
 
 namespace {

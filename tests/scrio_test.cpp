@@ -6,8 +6,10 @@
 #include <cstring>
 #include <string>
 
-#include "screen/charset.h"
+#include "screen/draw.h"
+#include "screen/keys.h"
 #include "tests/curses_screen.h"
+#include "util/charset.h"
 #include "util/text.h"
 
 namespace {

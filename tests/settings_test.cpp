@@ -7,7 +7,6 @@
 
 #include "setup/cfgmask/masks.h"
 #include "setup/configuration/configuration.h"
-#include "setup/conversion.h"
 #include "setup/jobs/catalogue.h"
 #include "setup/options.h"
 #include "setup/session.h"
@@ -15,6 +14,7 @@
 #include "setup/settings/mail.h"
 #include "setup/settings/settings.h"
 #include "tests/folder.h"
+#include "util/conversion.h"
 #include "util/files.h"
 #include "util/scramble.h"
 

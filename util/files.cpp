@@ -377,6 +377,13 @@ int AFileExists(const char *path) {
   return stream != nullptr;
 }
 
+int does_file_exist(const char *path, int mode) {
+  struct stat status = {};
+  const bool exists = stat(path, &status) == 0;
+  if (mode == kDirectoryOnly) return exists && S_ISDIR(status.st_mode);
+  return exists || errno != ENOENT;
+}
+
 int CreateAFile(const char *path) {
   const Descriptor file(open(path, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode));
   return file.number >= 0;

@@ -28,6 +28,10 @@ struct Descriptor {
 int CloseAFile(FILE *stream);
 // 1 when the file can be opened for reading.
 int AFileExists(const char *path);
+// 1 when the path exists (or can't be told not to); with mode kDirectoryOnly when it is a directory.
+inline constexpr int kAnyFile = 1;
+inline constexpr int kDirectoryOnly = 2;
+int does_file_exist(const char *path, int mode);
 // Makes the file empty (mode "w+"); a new one is readable by its owner and group only, since settings hold passwords.
 // 1, or 0 when it can't be opened.
 int CreateAFile(const char *path);

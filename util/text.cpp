@@ -169,17 +169,21 @@ char *UCTstrip_trailing_char(char *s, char c) {
 }
 
 char *strpad(char *s, int width, char pad, int mode) {
-  const bool centred = mode == 3;
-  const std::string_view text = head(s, centred ? std::min(width, kPaddedText) : kPaddedText);
-  const size_t length = text.size();
-  const size_t missing = static_cast<size_t>(std::max(width - static_cast<int>(length), 0));
-  const size_t in_front = mode == 2 ? missing : centred ? missing / 2 : 0;
+  s[strnlen(s, kPaddedText)] = '\0';
+  return strpad(s, mode == 3 ? width : std::max(width, lenstr(s)), pad, mode, 1);
+}
 
-  std::memmove(s + in_front, text.data(), length);
-  std::memset(s, pad, in_front);
-  std::memset(s + in_front + length, pad, missing - in_front);
-  s[length + missing] = '\0';
-  return s;
+char *strpad(char *str, int length, char pad, int mode, int terminate) {
+  const auto width = static_cast<size_t>(std::max(length, 0));
+  const size_t kept = strnlen(str, width);
+  const size_t missing = width - kept;
+  const size_t in_front = mode == 2 ? missing : mode == 3 ? missing / 2 : 0;
+
+  std::memmove(str + in_front, str, kept);
+  std::memset(str, pad, in_front);
+  std::memset(str + in_front + kept, pad, missing - in_front);
+  if (terminate != 0) str[width] = '\0';
+  return str;
 }
 
 char *Xstr_format(char *dst, const char *values, const char *mask, const char *placeholders) {

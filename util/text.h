@@ -67,6 +67,9 @@ char *UCTstrip_trailing_char(char *s, char c);
 // mode 2 right-aligns, mode 3 centres (the smaller half in front, text cut to `width`), any other mode left-aligns.
 // A text longer than `width` is cut in mode 3 only.
 char *strpad(char *s, int width, char pad, int mode);
+// The same with every text cut to `length`. The buffer holds length + 1 bytes when `terminate` is set, else `length`:
+// no terminator is written then.
+char *strpad(char *str, int length, char pad, int mode, int terminate);
 
 // Fills a template. `dst` starts as a copy of `mask` (and holds as much); each character c of `placeholders` takes the
 // next character of `values` and puts it at the first c in the template; further copies of the same c that follow in

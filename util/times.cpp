@@ -84,6 +84,17 @@ char *UCTtime_to_hoursec(char *out) {
   return print_bounded(out, 9, "%02d:%02d:%02d", m.hour, m.minute, m.second);
 }
 
+int timem(char *buf) {
+  UCTtime_to_hoursec(buf);
+  return 1;
+}
+
+int datem(char *buf) {
+  const time_t now = std::time(nullptr);
+  if (ctime_r(&now, buf) == nullptr) buf[0] = '\0';
+  return 1;
+}
+
 time_t UCTstr_to_time(const char *text) {
   Moment m = {};
   const int numbers = std::sscanf(text, "%2d.%2d.%4d %2d:%2d",  // NOLINT(cert-err34-c): as above

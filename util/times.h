@@ -8,6 +8,9 @@ char *UCTtime_to_str(char *out);
 char *UCTtime_to_date(char *out);
 char *UCTtime_to_hour(char *out);
 char *UCTtime_to_hoursec(char *out);
+// The same: "hh:mm:ss"; and the whole ctime text with its line end (26 bytes; empty beyond the year 9999). Return 1.
+int timem(char *buf);
+int datem(char *buf);
 // "dd.mm.yyyy hh:mm" as a time; (time_t)-1 for a text that no time can be read from. Numbers out of range carry over.
 time_t UCTstr_to_time(const char *text);
 

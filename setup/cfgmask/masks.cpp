@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string>
 
+#include "screen/box.h"
 #include "screen/menu.h"
 #include "setup/cfgmask/texts.h"
 #include "setup/configuration/configuration.h"

@@ -1,5 +1,6 @@
 #include "setup/check/faults.h"
 
+#include "record/typed_text.h"
 #include "setup/check/job_faults.h"
 #include "setup/check/texts.h"
 #include "setup/settings/checks.h"

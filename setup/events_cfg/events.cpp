@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "screen/box.h"
 #include "screen/maskelib.h"
 #include "screen/menu.h"
 #include "setup/events_cfg/job_edit.h"

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "corbix/xconfig.h"
+#include "screen/draw.h"
 #include "screen/menu.h"
 #include "setup/events_cfg/texts.h"
 #include "setup/forms/forms.h"

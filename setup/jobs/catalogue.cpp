@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "screen/field_cells.h"
+#include "util/charset.h"
 #include "util/check.h"
 #include "util/numbers.h"
 #include "util/text.h"

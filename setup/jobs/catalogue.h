@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <span>
 
-#include "screen/maskelib.h"
+#include "record/fields.h"
 #include "setup/jobs/texts.h"
 
 inline constexpr int kJobTextSize = 512;  // bytes of every text of a job, terminator included

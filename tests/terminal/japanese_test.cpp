@@ -7,7 +7,6 @@
 
 #include "screen/texts.h"
 #include "setup/cfgmask/texts.h"
-#include "setup/conversion.h"
 #include "setup/events_cfg/texts.h"
 #include "setup/forms/texts.h"
 #include "setup/jobs/texts.h"
@@ -15,6 +14,7 @@
 #include "setup/settings/checks.h"
 #include "setup/texts.h"
 #include "tests/terminal/session.h"
+#include "util/conversion.h"
 #include "util/converter.h"
 #include "util/tokens.h"
 

@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "screen/scrio.h"
 #include "setup/check/check.h"
 #include "setup/check/faults.h"
 #include "setup/configuration/configuration.h"
@@ -19,6 +18,7 @@
 #include "setup/settings/models.h"
 #include "tools/kavcfg/change.h"
 #include "tools/kavcfg/texts.h"
+#include "util/charset.h"
 #include "util/text.h"
 
 namespace {

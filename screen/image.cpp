@@ -1,14 +1,18 @@
-// Blocks of the image and the window, values, and small text functions of the forms.
+#include "screen/image.h"
+
 #include <algorithm>
 #include <cstring>
-#include <ctime>
+#include <iterator>
+#include <memory>
+#include <new>
 #include <string>
 
-#include "screen/field_cells.h"
-#include "screen/maskelib.h"
+#include "record/fields.h"
+#include "screen/draw.h"
 #include "util/numbers.h"
 #include "util/text.h"
-#include "util/times.h"
+
+char *Edit_screen, *User1_screen, *User2_screen, *Sysbuff;
 
 namespace {
 
@@ -34,7 +38,7 @@ void show_value(WINDOW *win, int row, int col, int32_t attr, const char *value, 
   char text[kImageColumns + 1];
   const int width = static_cast<int>(cells.size());
   cpynstr(text, value, width + 1);
-  maskelib::strpad(text, width, number && null_unt == 0 ? '0' : ' ', number ? 2 : 1, 1);
+  strpad(text, width, number && null_unt == 0 ? '0' : ' ', number ? 2 : 1, 1);
 
   set_sysattr(attr);  // kept: the window draws in the attribute that its mask has set
   fill_cells(cells, text);
@@ -43,6 +47,48 @@ void show_value(WINDOW *win, int row, int col, int32_t attr, const char *value, 
 }
 
 }  // namespace
+
+int init_masklib() {
+  static std::unique_ptr<char[]> buffers[4];
+  char **const names[] = {&Edit_screen, &User1_screen, &User2_screen, &Sysbuff};
+  for (size_t i = 0; i < std::size(buffers); ++i) {
+    if (buffers[i] == nullptr) buffers[i].reset(new (std::nothrow) char[kImageSize]());
+    if (buffers[i] == nullptr) return 1;
+    *names[i] = buffers[i].get();
+  }
+  mcls();
+  return 0;
+}
+
+void clear_buffer(char *buf, char ch) { std::memset(buf, ch, kImageSize); }
+
+void mcls() { clear_buffer(Edit_screen, ' '); }
+
+void copy_screen(char *dst, const char *src) { std::memmove(dst, src, kImageSize); }
+
+void set_sysattr(int32_t attr) { setattr(attr); }
+
+// --- cells
+
+std::span<char> image_cells(char *image, int row, int col, int length) {
+  if (image == nullptr || row < 0 || row >= kImageRows || col < 0 || col >= kImageColumns) return {};
+  const int count = std::clamp(length, 0, kImageColumns - col);
+  return std::span(image, kImageSize).subspan(cell_index(row, col), static_cast<size_t>(count));
+}
+
+void fill_cells(std::span<char> cells, std::string_view text) {
+  const std::string_view taken = text.substr(0, cells.size());
+  std::copy(taken.begin(), taken.end(), cells.begin());
+  std::fill(cells.begin() + static_cast<std::ptrdiff_t>(taken.size()), cells.end(), ' ');
+}
+
+void draw_cells(WINDOW *win, std::string_view text, int32_t attr, int row, int col) {
+  std::string shown(text);
+  std::ranges::replace(shown, '\0', ' ');
+  wprintv_cut(win, shown, attr, row, col, getmaxx(win) - col);
+}
+
+// --- blocks
 
 void draw_blk(WINDOW *win, char *image, int row1, int col1, int row2, int col2, char ch, int fill) {
   for (int row = std::max(row1, 0); row <= std::min(row2, kImageRows - 1); ++row) {
@@ -103,36 +149,4 @@ void disphex(WINDOW *win, int row, int col, int32_t attr, int32_t value, int len
 
 void display(WINDOW *win, int row, int col, int32_t attr, const char *value, int length) {
   disp_value(win, row, col, attr, reinterpret_cast<intptr_t>(value), length, kTextValue);
-}
-
-char *maskelib::strpad(char *str, int length, char pad, int mode, int terminate) {
-  const auto width = static_cast<size_t>(std::max(length, 0));
-  const size_t kept = strnlen(str, width);
-  const size_t missing = width - kept;
-  const size_t in_front = mode == 2 ? missing : mode == 3 ? missing / 2 : 0;
-
-  std::memmove(str + in_front, str, kept);
-  std::memset(str, pad, in_front);
-  std::memset(str + in_front + kept, pad, missing - in_front);
-  if (terminate != 0) str[width] = '\0';
-  return str;
-}
-
-char *stripstr(char *str) { return UCTstrip_trailing_char(str, ' '); }
-
-char *drop_leading_zeros(char *str) { return qitoa(to_int32(str), str, 10); }
-
-int timem(char *buf) {
-  UCTtime_to_hoursec(buf);
-  return 1;
-}
-
-int datem(char *buf) {
-  const time_t now = std::time(nullptr);
-  if (ctime_r(&now, buf) == nullptr) buf[0] = '\0';
-  return 1;
-}
-
-void dobeep(int n) {
-  if (n < 6) beep();
 }

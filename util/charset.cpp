@@ -1,4 +1,4 @@
-#include "screen/charset.h"
+#include "util/charset.h"
 
 #include <algorithm>
 #include <climits>
@@ -8,12 +8,10 @@
 #include <cwchar>
 
 #include "util/converter.h"
+#include "util/euc_jp.h"
 #include "util/language.h"
 
 namespace {
-
-constexpr int kKanaLead = 0x8E;  // leads a half-width kana: two bytes, one column
-constexpr int kLongLead = 0x8F;  // leads a character of three bytes
 
 struct Character {
   size_t bytes;    // in the text
@@ -45,15 +43,6 @@ Character shown_character(size_t bytes, wchar_t code) {
   return {bytes, code, static_cast<size_t>(columns)};
 }
 
-// The bytes that the first character of a text should have, by its first byte; 1 when the others are not there.
-size_t euc_jp_length(std::string_view text) {
-  const auto is_part = [](char c) { return byte_of(c) >= 0xA1 && byte_of(c) <= 0xFE; };
-  const int lead = byte_of(text.front());
-  const size_t length = lead == kLongLead ? 3 : lead == kKanaLead || is_part(text.front()) ? 2 : 1;
-  if (text.size() < length) return 1;
-  return std::all_of(text.begin() + 1, text.begin() + static_cast<std::ptrdiff_t>(length), is_part) ? length : 1;
-}
-
 wchar_t euc_jp_code(std::string_view character) {
   static const Converter converter("WCHAR_T", "EUC-JP");
   wchar_t code = 0;
@@ -67,10 +56,18 @@ Character first_of_euc_jp(std::string_view text) {
   return shown_character(length, euc_jp_code(text.substr(0, length)));
 }
 
-Character first_of_locale(std::string_view text) {
+// The bytes of the locale's character that begins a text: 0 when more are needed, more than there are when
+// they begin none.
+size_t locale_length(std::string_view text, wchar_t &code) {
+  constexpr auto kIncomplete = static_cast<size_t>(-2);
   mbstate_t state = {};
-  wchar_t code = 0;
   const size_t length = std::mbrtowc(&code, text.data(), text.size(), &state);
+  return length == kIncomplete ? 0 : length;
+}
+
+Character first_of_locale(std::string_view text) {
+  wchar_t code = 0;
+  const size_t length = locale_length(text, code);
   if (length == 0 || length > text.size()) return {1, 0, 0};
   return shown_character(length, code);
 }
@@ -102,12 +99,40 @@ std::string locale_bytes(wchar_t code) {
   return length <= sizeof bytes ? std::string(bytes, length) : std::string();
 }
 
+// The form of a character in Japanese texts; empty when they can't hold it.
+std::string euc_jp_text(wchar_t code) {
+  static const Converter converter("EUC-JP", "WCHAR_T");
+  char text[8];
+  const size_t bytes = convert(converter, &code, sizeof code, text, sizeof text);
+  return bytes == 2 && text[0] != kKanaLead ? std::string(text, bytes) : std::string();
+}
+
+TypedCharacter typed_euc_jp(std::string_view typed) {
+  const size_t length = euc_jp_length(typed.front());
+  if (length > typed.size()) return {0, ""};
+  const bool fits = length == 2 && euc_jp_length(typed) == 2 && typed.front() != kKanaLead;
+  return {length, std::string(typed.substr(0, fits ? 2 : 0))};
+}
+
 }  // namespace
 
 Charset present_charset() {
   const auto locale_has = [](wchar_t code) { return !locale_bytes(code).empty(); };
   const bool japanese = language == 1 && locale_has(L'\u3042') && locale_has(L'\u96FB');  // a kana and a kanji
   return text_charset(language, MB_CUR_MAX, japanese);
+}
+
+size_t character_length(std::string_view text, Charset charset) {
+  if (charset == Charset::bytes) return 1;
+  return charset == Charset::locale ? first_of_locale(text).bytes : euc_jp_length(text);
+}
+
+std::string_view cut_text(std::string_view text, size_t length) {
+  if (text.size() <= length) return text;
+  const Charset charset = present_charset();
+  size_t taken = 0;
+  for (size_t next = 0; next <= length; next += character_length(text.substr(next), charset)) taken = next;
+  return text.substr(0, taken);
 }
 
 std::wstring text_to_cells(std::string_view text, Charset charset, size_t columns) {
@@ -141,16 +166,34 @@ std::string text_to_terminal(std::string_view text, Charset charset) {
   return bytes;
 }
 
-TypedCharacter typed_character(std::string_view typed) {
-  static const Converter converter("EUC-JP", "WCHAR_T");
-  constexpr auto kIncomplete = static_cast<size_t>(-2);
-  mbstate_t state = {};
+void print_text(FILE *stream, const char *text) {
+  std::fputs(text_to_terminal(text, present_charset()).c_str(), stream);
+}
+
+TypedCharacter typed_character(std::string_view typed, Charset charset) {
+  if (charset == Charset::bytes) return {1, {typed.front()}};
+  if (charset == Charset::raw_euc_jp) return typed_euc_jp(typed);
   wchar_t code = 0;
-  const size_t length = std::mbrtowc(&code, typed.data(), typed.size(), &state);
-  if (length == kIncomplete) return {0, ""};
+  const size_t length = locale_length(typed, code);
+  if (length == 0) return {0, ""};
   if (length > typed.size()) return {1, ""};
-  char text[8];
-  const size_t bytes = convert(converter, &code, sizeof code, text, sizeof text);
-  const bool fits = bytes == 2 && byte_of(text[0]) != kKanaLead;
-  return {length, fits ? std::string(text, bytes) : std::string()};
+  return {length, charset == Charset::locale ? std::string(typed.substr(0, length)) : euc_jp_text(code)};
+}
+
+int text_from_terminal(std::string_view typed, std::string &text) {
+  const Charset charset = present_charset();
+  if (charset != Charset::euc_jp) {
+    text = typed;
+    return 1;
+  }
+  std::string taken;
+  while (!typed.empty()) {
+    const TypedCharacter character =
+        is_ascii(typed.front()) ? TypedCharacter{1, {typed.front()}} : typed_character(typed, charset);
+    if (character.text.empty()) return 0;
+    taken += character.text;
+    typed.remove_prefix(character.bytes);
+  }
+  text = taken;
+  return 1;
 }

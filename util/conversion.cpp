@@ -1,4 +1,4 @@
-#include "setup/conversion.h"
+#include "util/conversion.h"
 
 #include <cstdio>
 #include <cstring>

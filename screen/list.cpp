@@ -1,9 +1,11 @@
-// Lists of positioned strings, and moving through them.
+#include "screen/list.h"
+
 #include <algorithm>
 #include <cstring>
 #include <new>
 
-#include "screen/menu.h"
+#include "screen/draw.h"
+#include "screen/keys.h"
 #include "util/text.h"
 
 namespace {

@@ -1,12 +1,13 @@
-// Keys, and the editing of one line.
+#include "screen/keys.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <ctime>
 #include <string>
 
-#include "screen/charset.h"
-#include "screen/scrio.h"
+#include "screen/draw.h"
 #include "screen/terminal.h"
+#include "util/charset.h"
 #include "util/text.h"
 
 namespace {
@@ -44,7 +45,7 @@ int read_key(WINDOW *win, int limit) {
 // Reads the rest of the character that begins with the byte `first`; its first byte as texts have it.
 int read_character(WINDOW *win, int first) {
   std::string typed(1, static_cast<char>(first));
-  TypedCharacter character = typed_character(typed);
+  TypedCharacter character = typed_character(typed, Charset::euc_jp);
   while (character.bytes == 0) {
     const int next = read_key(win, kSameCharacter);
     if (!is_high_byte(next)) {
@@ -52,10 +53,10 @@ int read_character(WINDOW *win, int first) {
       return kKeyUnfit;
     }
     typed += static_cast<char>(next);
-    character = typed_character(typed);
+    character = typed_character(typed, Charset::euc_jp);
   }
   const std::string_view last = std::string_view(typed).substr(typed.size() - 1);
-  const bool begins_another = character.bytes < typed.size() && typed_character(last).bytes == 0;
+  const bool begins_another = character.bytes < typed.size() && typed_character(last, Charset::euc_jp).bytes == 0;
   if (begins_another) ungetch(static_cast<unsigned char>(last.front()));
   if (character.text.empty()) return kKeyUnfit;
   rest_of_character = character.text.substr(1);

@@ -1,12 +1,14 @@
-// Text, lines and frames.
+#include "screen/draw.h"
+
 #include <algorithm>
 #include <climits>
 #include <cstdarg>
+#include <cstdio>
 #include <iterator>
+#include <string>
 #include <utility>
 
-#include "screen/charset.h"
-#include "screen/scrio.h"
+#include "util/charset.h"
 
 namespace {
 
@@ -116,28 +118,6 @@ void wfdisp_printf(WINDOW *win, int row, int col, int32_t attr, const char *fmt,
 void wprintv_cut(WINDOW *win, std::string_view str, int32_t attr, int row, int col, int width) {
   wsetattr(win, attr);
   write_text_at(win, str, row, col, width);
-}
-
-void print_text(FILE *stream, const char *text) {
-  std::fputs(text_to_terminal(text, present_charset()).c_str(), stream);
-}
-
-int text_from_terminal(std::string_view typed, std::string &text) {
-  if (present_charset() != Charset::euc_jp) {
-    text = typed;
-    return 1;
-  }
-  std::string taken;
-  while (!typed.empty()) {
-    constexpr int kFirstNonAscii = 0x80;
-    const bool is_ascii = static_cast<unsigned char>(typed.front()) < kFirstNonAscii;
-    const TypedCharacter character = is_ascii ? TypedCharacter{1, {typed.front()}} : typed_character(typed);
-    if (character.text.empty()) return 0;
-    taken += character.text;
-    typed.remove_prefix(character.bytes);
-  }
-  text = taken;
-  return 1;
 }
 
 // --- clearing
