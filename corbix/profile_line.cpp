@@ -35,7 +35,7 @@ bool walk_topic_name(std::string_view line, Take take) {
       if (inside) take(line[i]);
     } else if (c == '[') {
       inside = true;
-    } else if (c == ']' || (c == ';' && !inside)) {
+    } else if (c == (inside ? ']' : ';')) {
       break;
     } else if (inside) {
       take(c);

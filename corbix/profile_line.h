@@ -59,7 +59,9 @@ int is_tmp_key(std::string_view line);
 int has_key_entry(std::string_view line);
 
 // Each puts what it takes from the line into `out`, at most 1023 characters and a terminator (1024 bytes).
-// The text between "[" and "]", not trimmed: 1 when a "[" stands before any ";" or "]", else "".
+// The text from the first "[" to the next "]" or the end, without further "[", not trimmed: 1 when there is a "[" and
+// no
+// ";" before it, else "".
 int get_topic(std::string_view line, char *out);
 // The key: 1 when there is the start of one (which may be the "=" itself).
 int get_entry(std::string_view line, char *out, int mode);

@@ -78,7 +78,7 @@ TEST_F(Kavcfg, PasswordsComeFromStandardInputAndAreNeverPrinted) {
   for (const char *secret : {"Abc1", "_>=o", "hidden x"}) EXPECT_EQ(seen.find(secret), std::string::npos) << seen;
   EXPECT_NE(seen.find("+SmtpPassword=(hidden)\n"), std::string::npos);
   const std::tuple<const char *, const char *, const char *> cases[] = {
-      {"PASSWORD", "E", "'[' hides"},
+      {"PASSWORD", "ACE", "'[' hides"},
       {"PASSWORD", "a b", "its byte 2"},
       {"PASSWORD", "12345678901234567", "longer than 16"},
       {"SmtpPassword", ":x", "a part of it is lost"},
@@ -103,6 +103,9 @@ TEST_F(Kavcfg, CheckNamesLineAndKey) {
        "ups.cfg:4: This value can not be read back: '[' hides what follows\n"
        "ups.cfg:5: CheckRate: is hidden by the '[' in line 4\n"
        "ups.cfg:6: Event3: is hidden by the '[' in line 4\n"},
+      {site("shift=night", "PASSWORD=_]["),
+       "ups.cfg:4: PASSWORD: This value can not be read back: '[' hides what follows\n"
+       "ups.cfg:5: CheckRate: is hidden by the '[' in line 4\n"},
       {site("shift=night", "#" + std::string(1100, 'x')), "ups.cfg:4: is longer than 1023 bytes"},
       {site("mine", "a\",\"b"), "ups.cfg:6: Event3: job 1: would become 'LOGMSG(\"a\")O;'\n"},
       {site("UpsModel", "Model"), "ups.cfg: UpsModel: no UPS model is chosen\n"},

@@ -28,7 +28,7 @@ TEST(ProfileLine, ClassifiesLines) {
       {"p=[x]", 0, 1, 1, 1},       {"[a;b]", 0, 1, 1, 0},   {"[]", 0, 1, 0, 0},         {"[abc", 0, 1, 0, 0},
       {"]x[a]", 0, 1, 0, 0},       {"  x.y=2", 0, 1, 0, 1}, {"a b=1", 0, 1, 0, 0},      {"=1", 0, 1, 0, 0},
       {"123=4", 0, 1, 0, 0},       {"a\t=1", 0, 1, 0, 1},   {"\xa4\xa2=1", 0, 1, 0, 0}, {"", 1, 0, 0, 0},
-      {"[[]", 0, 1, 1, 0},         {"[[[a", 0, 1, 1, 0},    {"[[[a]", 0, 1, 0, 0},
+      {"[[]", 0, 1, 1, 0},         {"[[[a", 0, 1, 1, 0},    {"[[[a]", 0, 1, 0, 0},      {"[\xc5\xc5]", 0, 1, 0, 0},
   };
   for (const auto &[line, white, entry, topic, key] : rows) {
     EXPECT_EQ(is_white_space_line(line), white) << line;
@@ -38,12 +38,24 @@ TEST(ProfileLine, ClassifiesLines) {
   }
 }
 
-TEST(ProfileLine, NameOfTwoByteCharactersIsNoTopicAndLosesItsLeadBytes) {
-  char name[1024];
-  EXPECT_EQ(is_topic("[\xc5\xc5\xb8\xbb]"), 0);
-  EXPECT_EQ(get_topic("[\xc5\xc5\xb8\xbb]", name), 1);
-  EXPECT_STREQ(name, "\xc5\xbb");
-  EXPECT_EQ(get_topic("\xc5[a", name), 0);  // the bracket is the second byte of a character
+TEST(ProfileLine, TopicNameIsWhatFollowsTheFirstBracket) {
+  const std::tuple<std::string_view, int, const char *> rows[] = {
+      {"[ a;b ]\n", 1, " a;b "},
+      {"x[a]y", 1, "a"},
+      {"[a[b\n", 1, "ab\n"},
+      {"[]a", 1, ""},
+      {"x;[a]", 0, ""},
+      {"[\xc5\xc5\xb8\xbb]", 1, "\xc5\xbb"},  // kept: two-byte characters lose their lead bytes
+      {"\xc5[a", 0, ""},                      // the bracket is the second byte of a character
+      {"][", 1, ""},                          // a "]" in front ends nothing
+      {"]x]=[a]", 1, "a"},
+  };
+  for (const auto &[line, found, name] : rows) {
+    char out[1024] = "none";
+    EXPECT_EQ(get_topic(line, out), found) << line;
+    EXPECT_STREQ(out, name) << line;
+    EXPECT_EQ(holds_topic(line, name, kRead), found == 1) << line;
+  }
 }
 
 TEST(ProfileLine, NumberSignInTheFirstColumnIsNoTrailingComment) {
@@ -132,6 +144,7 @@ TEST_F(Profile, FindsTopicsAndKeysAndABracketInAValueHidesTheRest) {
       {kRead, "a=1\np=[x\nb=2\n", kTmpTopic, "a", "1"},  // kept: "[" in a value hides the rest of its topic
       {kRead, "a=1\np=[x\nb=2\n", kTmpTopic, "p", "(none)"},
       {kRead, "a=1\np=[x\nb=2\n", kTmpTopic, "b", "(none)"},
+      {kRead, "a=1\np=_][\nb=2\n", kTmpTopic, "b", "(none)"},
       {kRead, "[T]\r\na=1\r\n", "T", "a", "1\r"},  // kept: CR belongs to the value
       {kRead, std::string(1022, 'x') + "=1=2\n", kTmpTopic, "@$tmp_key$@00000", "1=2"},  // comes in pieces of 1023
   };
@@ -263,6 +276,7 @@ TEST_F(Profile, SettingAndResettingAKeyLeavesAnyFileAsItWas) {
 
 // The predicate against the real thing: alone in a file with a neighbour behind it.
 TEST_F(Profile, WhatSurvivesComesBackAndWhatDoesNotDoesNot) {
+  EXPECT_EQ(XSurvives(kTmpTopic, "PASSWORD", "_]["), ProfileFault::bracket);
   Random random(2);
   for (int i = 0; i < random_files(); ++i) {
     const std::string topic = random() % 2 == 0 ? kTmpTopic : random_text(random, "Tt[]; \xa4", 3);
