@@ -415,6 +415,7 @@ bool key_comes_back(std::string_view line, std::string_view key) {
 ProfileFault XSurvives(std::string_view topic, std::string_view key, std::string_view value) {
   const std::string text = std::string(key).append("=").append(value);
   char name[kMaxCfgBuf];
+  if (has_line_feed(topic)) return ProfileFault::line_feed;
   if (!topic_comes_back(topic)) return ProfileFault::topic;
   if (!key_comes_back(text, key)) return ProfileFault::key;
   if (value.empty()) return ProfileFault::empty;

@@ -73,7 +73,7 @@ enum class ProfileFault {
   key,        // the key's line has no key, or another one
   empty,      // the line is deleted: nothing comes back
   too_long,   // refused, or cut where lines are cut on reading
-  line_feed,  // refused
+  line_feed,  // refused, in the topic too
   nul,        // the value ends there
   bracket,    // "[" ends the topic: this setting and those behind it are hidden
   tab,        // tabs are dropped

@@ -277,9 +277,10 @@ TEST_F(Profile, SettingAndResettingAKeyLeavesAnyFileAsItWas) {
 // The predicate against the real thing: alone in a file with a neighbour behind it.
 TEST_F(Profile, WhatSurvivesComesBackAndWhatDoesNotDoesNot) {
   EXPECT_EQ(XSurvives(kTmpTopic, "PASSWORD", "_]["), ProfileFault::bracket);
+  EXPECT_EQ(XSurvives("T\n", "k", "v"), ProfileFault::line_feed);
   Random random(2);
   for (int i = 0; i < random_files(); ++i) {
-    const std::string topic = random() % 2 == 0 ? kTmpTopic : random_text(random, "Tt[]; \xa4", 3);
+    const std::string topic = random() % 2 == 0 ? kTmpTopic : random_text(random, "Tt[]; \xa4\n", 3);
     const std::string key = random_text(random, "ab1;= #.\xa4", 3);
     const std::string value = random_text(random, "v[]=#; \t\r\xa4\n", 6);
     put_file("p", "");
