@@ -27,15 +27,12 @@ namespace {
 
 // --- the profile store
 
-constexpr int kReadText = 1;
-constexpr int kWriteText = 2;
-
 void *open_profile(const char *path, bool for_writing) {
   return XOpenProfileEx(path, for_writing ? kWriteText : kReadText);
 }
 
 bool get_profile(void *file, const Setting &s) {
-  char value[1024];
+  char value[kValueBufferSize];
   return XGetPrivateProfileStringEx(static_cast<ProfileHandle>(file), s.topic.c_str(), s.key.c_str(), value,
                                     sizeof value) == 1;
 }

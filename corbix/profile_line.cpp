@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr size_t kLongestText = 1023;  // what a caller's buffer takes
+constexpr size_t kLongestText = kValueBufferSize - 1;  // what a caller's buffer takes
 
 bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
@@ -69,20 +69,20 @@ bool find_value(std::string_view line, int mode, std::string_view &value) {
 const unsigned ModeMask[kModeCount] = {
     // clang-format off
   0,
-  0,                                                                              //  1 read plain text
-  kModeWrite,                                                                     //  2 write
-  kModeBinary,                                                                    //  3 read coded
-  kModeBinary | kModeWrite,                                                       //  4 write
-  kModeMerge | kModeKeys | kModeTopics | kModeCaseSensitive,                      //  5 read merge
-  kModeMerge | kModeKeys | kModeTopics | kModeCaseSensitive | kModeWrite,         //  6 write
-  kModeKeyless,                                                                   //  7 read keyless
-  kModeKeyless | kModeWrite,                                                      //  8 write
-  kModeKeyless | kModeBinary,                                                     //  9 read keyless, coded
-  kModeKeyless | kModeBinary | kModeWrite,                                        // 10 write
-  kModeKeys | kModeTopics,                                                        // 11 read keys and topics
-  kModeKeys | kModeTopics | kModeWrite,                                           // 12 write
-  kModeKeys | kModeTopics | kModeBinary,                                          // 13 read keys and topics, coded
-  kModeKeys | kModeTopics | kModeBinary | kModeWrite,                             // 14 write
+  0,                                                                              // kReadText
+  kModeWrite,                                                                     // kWriteText
+  kModeBinary,                                                                    // kReadCoded
+  kModeBinary | kModeWrite,                                                       // kWriteCoded
+  kModeMerge | kModeKeys | kModeTopics | kModeCaseSensitive,                      // kReadMerge
+  kModeMerge | kModeKeys | kModeTopics | kModeCaseSensitive | kModeWrite,         // kWriteMerge
+  kModeKeyless,                                                                   // kReadKeyless
+  kModeKeyless | kModeWrite,                                                      // kWriteKeyless
+  kModeKeyless | kModeBinary,                                                     // kReadKeylessCoded
+  kModeKeyless | kModeBinary | kModeWrite,                                        // kWriteKeylessCoded
+  kModeKeys | kModeTopics,                                                        // kReadKeys
+  kModeKeys | kModeTopics | kModeWrite,                                           // kWriteKeys
+  kModeKeys | kModeTopics | kModeBinary,                                          // kReadKeysCoded
+  kModeKeys | kModeTopics | kModeBinary | kModeWrite,                             // kWriteKeysCoded
 };  // clang-format on
 
 // ---- Questions to one line ------------------------------------------------------------------------------------------

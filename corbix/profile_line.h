@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "corbix/profile_names.h"
+#include "corbix/xconfig.h"
 #include "util/text.h"
 
 // ---- Modes ----------------------------------------------------------------------------------------------------------
@@ -22,7 +22,7 @@ inline constexpr unsigned kModeKeys = 0x10;           // no line gets a generate
 inline constexpr unsigned kModeTopics = 0x20;         // no generated topic before leading entries
 inline constexpr unsigned kModeCaseSensitive = 0x40;  // names compare exactly, and without the index
 
-inline constexpr int kModeCount = 15;  // mode 0 is none
+inline constexpr int kModeCount = kWriteKeysCoded + 1;  // mode 0 is none
 extern const unsigned ModeMask[kModeCount];
 
 inline int is_valid_mode(int mode) { return mode >= 1 && mode < kModeCount; }
@@ -58,7 +58,7 @@ int is_tmp_key(std::string_view line);
 // A key with a letter in it and no blank, then "=".
 int has_key_entry(std::string_view line);
 
-// Each puts what it takes from the line into `out`, at most 1023 characters and a terminator (1024 bytes).
+// Each puts what it takes from the line into `out`, kValueBufferSize bytes at most, terminated.
 // The text from the first "[" to the next "]" or the end, without further "[", not trimmed: 1 when there is a "[" and
 // no
 // ";" before it, else "".

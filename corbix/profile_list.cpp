@@ -45,7 +45,7 @@ void link_behind(ProfileLine *after, ProfileLine *line) {
 int store_text(ProfileLine *line, std::string_view prefix, std::string_view text, HashHandle h) {
   require(h != nullptr, "h", kPath);
   const size_t length = prefix.size() + text.size();
-  if (line == nullptr || length > kLongestLine) return 0;
+  if (line == nullptr || length > kMostLineBytes) return 0;
   const bool fits = line->txt != nullptr && length <= line->length;
   char *room = fits ? line->txt : new (std::nothrow) char[length];
   if (room == nullptr) return 0;
@@ -205,7 +205,7 @@ ProfileLine *new_node(ProfileLine *after) {
 }
 
 ProfileLine *new_line(ProfileLine *after, size_t size) {
-  char *room = size <= kLongestLine ? new (std::nothrow) char[size] : nullptr;
+  char *room = size <= kMostLineBytes ? new (std::nothrow) char[size] : nullptr;
   if (room == nullptr) return nullptr;
   ProfileLine *line = new_node(after);
   if (line == nullptr) {

@@ -16,7 +16,7 @@
 #include "corbix/profile_line.h"
 #include "corbix/xhash.h"
 
-inline constexpr size_t kLongestLine = (size_t{1} << 28) - 1;  // more than a file may hold
+inline constexpr size_t kMostLineBytes = (size_t{1} << 28) - 1;  // more than a file may hold
 
 struct ProfileLine {
   char *txt;  // `length` bytes with the line's own "\n", not terminated; null only in the empty first node of a profile

@@ -15,20 +15,6 @@
 
 namespace {
 
-constexpr int kMaxCfgBuf = 1024;
-constexpr size_t kLongestTextLine = 1023;   // what a line buffer of 1024 bytes takes in one piece
-constexpr size_t kLongestCodedLine = 1024;  // bytes of a piece of a coded line
-
-constexpr int kReadText = 1;
-constexpr int kWriteText = 2;
-constexpr int kReadCoded = 3;
-constexpr int kWriteCoded = 4;
-constexpr int kReadMerge = 5;
-constexpr int kWriteMerge = 6;
-
-constexpr int kTextLine = 2;   // kinds of an initial line
-constexpr int kCodedLine = 4;  // any other number
-
 constexpr const char *kBanner = "; Corbix profile";
 constexpr const char *kFileVersion = "1.6.1.1";
 constexpr const char *kLibName = "Corbix";
@@ -93,7 +79,7 @@ bool decode_piece(char *bytes) {
 // length.
 bool decode_line(std::string &content, size_t &at, size_t &length) {
   char *line = content.data() + at;
-  const size_t room = std::min(content.size() - at, kLongestCodedLine);
+  const size_t room = std::min(content.size() - at, kCodedPiece);
   bool complete = false;
   size_t used = 0;
   for (length = 0; !complete && used < room;) {
@@ -105,7 +91,7 @@ bool decode_line(std::string &content, size_t &at, size_t &length) {
     }
   }
   at += used;
-  return complete || used == kLongestCodedLine;
+  return complete || used == kCodedPiece;
 }
 
 // ---- Reading --------------------------------------------------------------------------------------------------------
@@ -115,7 +101,7 @@ int read_all_lines(ProfileRecord *record) {
   const bool without_nul = content.find('\0') == std::string::npos;
   LineReading reading = {record, nullptr, {}, 0, !is_topics(record->mode), without_nul};
   for (size_t at = 0; at < content.size();) {
-    const std::string_view piece = std::string_view(content).substr(at, kLongestTextLine);
+    const std::string_view piece = std::string_view(content).substr(at, kTextPiece);
     const size_t length = std::min(piece.find('\n'), piece.size() - 1) + 1;
     if (!take_line(&reading, content.data() + at, length)) return 0;
     at += length;
@@ -142,7 +128,7 @@ int prepare_file(const char *file, int mode) {
   struct stat state = {};
   if (stat(file, &state) != 0 && errno != ENOENT) return 0;
   if (state.st_size > 0) return 1;
-  return WriteInitialLine(file, kBanner, is_binary(mode) ? kCodedLine : kTextLine);
+  return WriteInitialLine(file, kBanner, is_binary(mode) ? kWriteCoded : kWriteText);
 }
 
 void free_profile(ProfileRecord *record) {
@@ -283,7 +269,7 @@ int set_in_new_topic(ProfileRecord *record, std::string_view topic, std::string_
 bool has_line_feed(std::string_view text) { return text.find('\n') != std::string_view::npos; }
 
 int set_string(ProfileRecord *record, std::string_view topic, std::string_view key, std::string_view value) {
-  if (key.size() + value.size() + 1 > kMaxCfgBuf) return 0;
+  if (key.size() + value.size() + 1 > kValueBufferSize) return 0;
   if (has_line_feed(topic) || has_line_feed(key) || has_line_feed(value)) return 0;
   ProfileLine *topic_line = search_topic(&record->first, topic, record->hash, record->mode);
   const int result = topic_line != nullptr ? set_in_topic(record, topic_line, key, value)
@@ -316,7 +302,7 @@ int write_once(const char *topic, const char *key, const char *value, const char
 
 }  // namespace
 
-int GetMaxCfgBuf() { return kMaxCfgBuf; }
+int GetMaxCfgBuf() { return kValueBufferSize; }
 
 // ---- The one profile of the simple calls ----------------------------------------------------------------------------
 
@@ -400,8 +386,8 @@ namespace {
 
 bool topic_comes_back(std::string_view topic) {
   const std::string line = '[' + std::string(topic) + "]\n";
-  char name[kMaxCfgBuf];
-  return line.size() <= kLongestTextLine && is_topic(line) && get_topic(line, name) && name == topic;
+  char name[kValueBufferSize];
+  return line.size() <= kTextPiece && is_topic(line) && get_topic(line, name) && name == topic;
 }
 
 bool key_comes_back(std::string_view line, std::string_view key) {
@@ -414,12 +400,12 @@ bool key_comes_back(std::string_view line, std::string_view key) {
 
 ProfileFault XSurvives(std::string_view topic, std::string_view key, std::string_view value) {
   const std::string text = std::string(key).append("=").append(value);
-  char name[kMaxCfgBuf];
+  char name[kValueBufferSize];
   if (has_line_feed(topic)) return ProfileFault::line_feed;
   if (!topic_comes_back(topic)) return ProfileFault::topic;
   if (!key_comes_back(text, key)) return ProfileFault::key;
   if (value.empty()) return ProfileFault::empty;
-  if (text.size() > kLongestTextLine) return ProfileFault::too_long;
+  if (text.size() > kTextPiece) return ProfileFault::too_long;
   if (has_line_feed(value)) return ProfileFault::line_feed;
   if (value.find('\0') != std::string_view::npos) return ProfileFault::nul;
   if (get_topic(text, name)) return ProfileFault::bracket;
@@ -455,7 +441,7 @@ int WriteInitialLine(const char *file, const char *text, int kind) {
   if (file == nullptr || text == nullptr) return 0;
   return or_out_of_memory([&] {
     std::string line;
-    if (kind == kTextLine) {
+    if (kind == kWriteText) {
       line = text;
     } else {
       append_coded(line, text);

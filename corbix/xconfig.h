@@ -5,22 +5,45 @@
 // otherwise; null arguments give 0.
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <string_view>
 
-#include "corbix/profile_names.h"
-
-struct ProfileRecord;  // corbix/profile_list.h
+struct ProfileRecord;
 using ProfileHandle = ProfileRecord *;
 
-// Bytes of the buffer of every get call (1024): values of up to 1023 characters and their terminator.
-int GetMaxCfgBuf();
+// ---- Numbers and names ----------------------------------------------------------------------------------------------
+
+// How a file is opened.
+enum ProfileMode : int {
+  // clang-format off
+  // to read         to change              meaning
+  kReadText = 1,     kWriteText,         // a plain text
+  kReadCoded,        kWriteCoded,        // a coded file
+  kReadMerge,        kWriteMerge,        // "#" ends a value, names compare exactly, keys may hold blanks
+  kReadKeyless,      kWriteKeyless,      // every entry gets a generated key
+  kReadKeylessCoded, kWriteKeylessCoded,
+  kReadKeys,         kWriteKeys,         // nothing gets a generated name, keys may hold blanks
+  kReadKeysCoded,    kWriteKeysCoded,
+};  // clang-format on
+
+// Bytes of the buffer of every get call: values of up to 1023 characters and their terminator.
+inline constexpr int kValueBufferSize = 1024;
+int GetMaxCfgBuf();  // the same
+
+// A longer line of a file is read in pieces of so many bytes, each as a line of its own.
+inline constexpr size_t kTextPiece = 1023;
+inline constexpr size_t kCodedPiece = 1024;
+
+// The topic under which the lines before the first topic of a file are read and set.
+inline constexpr const char *kTmpTopic = "@$tmp_topic$@";
+// The start of the keys that nameless lines get: "@$tmp_key$@00000" is the first one of its topic.
+inline constexpr const char *kTmpKey = "@$tmp_key$@";
 
 // ---- The one profile of the simple calls ----------------------------------------------------------------------------
 
-// Opens `file` in a mode from 1 to 14 (odd: read, even: write; 1 and 2 plain text, 3 and 4 coded; the others in
-// corbix/profile_line.h). A write mode creates a missing file and gives an empty one its first comment line. While a
-// profile is open, another open gives 1 and changes nothing: close first.
+// Opens `file` in a ProfileMode. A write mode creates a missing file and gives an empty one its first comment line.
+// While a profile is open, another open gives 1 and changes nothing: close first.
 // 0: wrong mode, no such file, not readable (a directory too), a name of more than 255 characters, out of memory.
 int XOpenProfile(const char *file, int mode);
 
@@ -28,7 +51,7 @@ int XOpenProfile(const char *file, int mode);
 // 0: none was open, or the file could not be written: it is then as it was, and the changes are lost.
 int XCloseProfile();
 
-// Copies the value of `key` in `topic` into `buffer` (GetMaxCfgBuf() bytes, whatever `size` says; it is not used).
+// Copies the value of `key` in `topic` into `buffer` (kValueBufferSize bytes, whatever `size` says; it is not used).
 // Tabs are dropped, blanks at both ends are cut; the NoTrim call keeps both. 1 also for a key without "=" (value "").
 // 0 when no profile is open, or topic or key is missing: `buffer` then keeps the caller's default.
 int XGetPrivateProfileString(const char *topic, const char *key, char *buffer, int size);
@@ -55,7 +78,7 @@ int XSetPrivateProfileStringNoTrimEx(ProfileHandle handle, const char *topic, co
 
 // ---- One operation on a file: open, get or set, close ---------------------------------------------------------------
 
-// Plain (modes 1, 2), coded (3, 4) and merge (5, 6) profiles. The result is that of the operation: whether the close
+// Plain, coded ("InCoded") and merge profiles. The result is that of the operation: whether the close
 // could write the file is not told.
 int XReadPrivateProfileString(const char *topic, const char *key, char *buffer, const char *file);
 int XReadInCodedPrivateProfileString(const char *topic, const char *key, char *buffer, const char *file);
@@ -80,7 +103,7 @@ enum class ProfileFault {
   blank,      // blanks at the ends are cut
 };
 
-// Would `value`, set in mode 2 under `topic` and `key`, be read in mode 1 as it stands, without hiding others?
+// Would `value`, set in kWriteText under `topic` and `key`, be read in kReadText as it stands, without hiding others?
 // Texts, not null; any byte may stand in them.
 [[nodiscard]] ProfileFault XSurvives(std::string_view topic, std::string_view key, std::string_view value);
 
@@ -89,16 +112,16 @@ enum class ProfileFault {
 // Writes `text` and "\r\n" as one coded line. 0 when the stream did not take it.
 int fwriteln(FILE *stream, std::string_view text);
 
-// Reads one coded line of up to `limit` bytes into `buffer` (limit + 1 bytes; terminated, without its "\r\n"); a longer
-// one comes in pieces. Behind the last "\r\n" comes one empty line more, then null and "".
+// Reads one coded line of up to `limit` bytes (files: kCodedPiece) into `buffer` (limit + 1 bytes; terminated, without
+// its "\r\n"); a longer one comes in pieces. Behind the last "\r\n" comes one empty line more, then null and "".
 char *freadln(FILE *stream, char *buffer, int limit);
 
-// Makes `file` hold `text` alone: kind 2 as plain text without a line end, any other kind as one coded line.
+// Makes `file` hold `text` alone: kind kWriteText as plain text without a line end, any other one as a coded line.
 int WriteInitialLine(const char *file, const char *text, int kind);
 
 // ---- The library itself ---------------------------------------------------------------------------------------------
 
-// 1 for the modes 1, 3, 5, 7, 9, 11 and 13.
+// 1 for the modes that only read.
 int XIsReadProfileMode(int mode);
 const char *CORBXGetFileVersion();  // "1.6.1.1"
 const char *CORBXGetLibName();      // "Corbix"

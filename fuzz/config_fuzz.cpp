@@ -15,15 +15,13 @@
 
 namespace {
 
-constexpr size_t kLongestLine =
-    1000;  // longer ones are read in pieces, and a later piece of a comment can be a setting
-
+// Longer ones are read in pieces, and a later piece can be a setting.
 std::vector<std::string> comments_of(std::string_view content) {
   std::vector<std::string> comments;
   while (!content.empty()) {
     const std::string_view line = content.substr(0, content.find('\n'));
     content.remove_prefix(std::min(line.size() + 1, content.size()));
-    if (!line.empty() && (line[0] == ';' || line[0] == '#') && line.size() < kLongestLine) comments.emplace_back(line);
+    if (!line.empty() && (line[0] == ';' || line[0] == '#') && line.size() < kTextPiece) comments.emplace_back(line);
   }
   return comments;
 }

@@ -18,7 +18,7 @@ Names topics_and_keys(const ProfileRecord *profile) {
   Names names;
   std::string topic = kTmpTopic;
   for (const ProfileLine *line = &profile->first; line != nullptr && names.size() < kMostNames; line = line->next) {
-    char text[1024];
+    char text[kValueBufferSize];
     if (get_topic(text_of(*line), text)) topic = text;
     get_entry(text_of(*line), text, profile->mode);
     names.emplace_back(topic, text);
@@ -57,7 +57,7 @@ void use_every_name(const char *path, int mode) {
   expect(profile != nullptr);
   for (const auto &[topic, key] : topics_and_keys(profile)) {
     expect_consistent(profile);
-    char value[1024];
+    char value[kValueBufferSize];
     XGetPrivateProfileStringEx(profile, topic.c_str(), key.c_str(), value, sizeof value);
     XGetPrivateProfileStringNoTrimEx(profile, topic.c_str(), key.c_str(), value, sizeof value);
     for (const char *text : {"1", "a longer [value] # note", ""}) {

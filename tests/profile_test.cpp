@@ -18,8 +18,6 @@ namespace {
 
 using std::string_literals::operator""s;
 
-enum : int { kRead = 1, kWrite, kReadCoded, kWriteCoded, kReadMerge, kWriteMerge, kReadKeyless, kReadKeysTopics = 11 };
-
 // ---- Lines ----------------------------------------------------------------------------------------------------------
 
 TEST(ProfileLine, ClassifiesLines) {
@@ -51,19 +49,19 @@ TEST(ProfileLine, TopicNameIsWhatFollowsTheFirstBracket) {
       {"]x]=[a]", 1, "a"},
   };
   for (const auto &[line, found, name] : rows) {
-    char out[1024] = "none";
+    char out[kValueBufferSize] = "none";
     EXPECT_EQ(get_topic(line, out), found) << line;
     EXPECT_STREQ(out, name) << line;
-    EXPECT_EQ(holds_topic(line, name, kRead), found == 1) << line;
+    EXPECT_EQ(holds_topic(line, name, kReadText), found == 1) << line;
   }
 }
 
 TEST(ProfileLine, NumberSignInTheFirstColumnIsNoTrailingComment) {
-  char out[1024];
+  char out[kValueBufferSize];
   EXPECT_EQ(getComment("# not trailing", out), 0);
   EXPECT_EQ(getComment("k = v # a # b\n", out), 1);
   EXPECT_STREQ(out, "          # a # b");
-  EXPECT_EQ(get_value("k=" + std::string(1100, 'v'), out, kRead), 1);
+  EXPECT_EQ(get_value("k=" + std::string(1100, 'v'), out, kReadText), 1);
   EXPECT_EQ(out, std::string(1023, 'v'));
 }
 
@@ -75,7 +73,7 @@ struct Profile : testing::Test {
 
   // The value that "p" holds, or "(none)".
   static std::string get(int mode, const char *topic, const char *key) {
-    char value[1024] = "(none)";
+    char value[kValueBufferSize] = "(none)";
     EXPECT_EQ(XOpenProfile("p", mode), 1);
     XGetPrivateProfileString(topic, key, value, sizeof value);
     XCloseProfile();
@@ -92,32 +90,32 @@ struct Profile : testing::Test {
 TEST_F(Profile, SetsByteForByte) {
   const std::tuple<int, std::string, const char *, const char *, std::string, int, std::string> rows[] = {
       // a key that is there: the caller's spelling, the line's place
-      {kWrite, "; note\nport=0\n\n[log]\nx = 1\n", kTmpTopic, "Port", "1", 1, "; note\nPort=1\n\n[log]\nx = 1\n"},
-      {kWrite, "[log]\nx = 1 ; why\ny=2\n", "LOG", "X", "a longer value", 1, "[log]\nX=a longer value\ny=2\n"},
+      {kWriteText, "; note\nport=0\n\n[log]\nx = 1\n", kTmpTopic, "Port", "1", 1, "; note\nPort=1\n\n[log]\nx = 1\n"},
+      {kWriteText, "[log]\nx = 1 ; why\ny=2\n", "LOG", "X", "a longer value", 1, "[log]\nX=a longer value\ny=2\n"},
       {kWriteMerge, "[T]\nport = 0 # why\n", "T", "port", "1", 1, "[T]\nport = 1          # why\n"},
       {kWriteMerge, "[T]\nport=0\n", "T", "Port", "1", 1, "[T]\nport=0\nPort = 1\n"},  // names compare exactly
       // a new key: at the end of the topic's first block
-      {kWrite, "a=1\n[T]\nb=2\n\nc=3\n[U]\n", "T", "n", "1", 1, "a=1\n[T]\nb=2\nn=1\n\nc=3\n[U]\n"},
-      {kWrite, "[T]", "T", "n", "1", 1, "[T]\nn=1\n"},
-      {kWrite, "a=1", kTmpTopic, "n", "1", 1, "a=1\nn=1\n"},  // the last line had no line feed
+      {kWriteText, "a=1\n[T]\nb=2\n\nc=3\n[U]\n", "T", "n", "1", 1, "a=1\n[T]\nb=2\nn=1\n\nc=3\n[U]\n"},
+      {kWriteText, "[T]", "T", "n", "1", 1, "[T]\nn=1\n"},
+      {kWriteText, "a=1", kTmpTopic, "n", "1", 1, "a=1\nn=1\n"},  // the last line had no line feed
       // a new topic
-      {kWrite, "a=1\n", "T", "n", "1", 1, "a=1\n\n[T]\nn=1\n"},
-      {kWrite, "#\n\n", kTmpTopic, "n", "1", 1, "#\n\n\nn=1\n"},
-      {12, "a=1\n", kTmpTopic, "n", "1", 1, "a=1\n\n[@$tmp_topic$@]\nn=1\n"},
+      {kWriteText, "a=1\n", "T", "n", "1", 1, "a=1\n\n[T]\nn=1\n"},
+      {kWriteText, "#\n\n", kTmpTopic, "n", "1", 1, "#\n\n\nn=1\n"},
+      {kWriteKeys, "a=1\n", kTmpTopic, "n", "1", 1, "a=1\n\n[@$tmp_topic$@]\nn=1\n"},
       // deleting
-      {kWrite, "[T]\na=1\nb=2\n", "T", "a", "", 1, "[T]\nb=2\n"},
-      {kWrite, "a=1\n[T]\nb=2\n\n; x\n[U]\n", "T", "", "", 1, "a=1\n[U]\n"},
-      {kWrite, "[T]\nb=2\n[U]\nc=3\n", "T", "", "", 1, "[U]\nc=3\n"},  // with the first line of the file
+      {kWriteText, "[T]\na=1\nb=2\n", "T", "a", "", 1, "[T]\nb=2\n"},
+      {kWriteText, "a=1\n[T]\nb=2\n\n; x\n[U]\n", "T", "", "", 1, "a=1\n[U]\n"},
+      {kWriteText, "[T]\nb=2\n[U]\nc=3\n", "T", "", "", 1, "[U]\nc=3\n"},  // with the first line of the file
       // lines without a key of their own are set by their number
-      {kWrite, "one\n[T]\none\nk=1\ntwo\n", "T", "@$tmp_key$@00001", "2", 1, "one\n[T]\none\nk=1\n2\n"},
+      {kWriteText, "one\n[T]\none\nk=1\ntwo\n", "T", "@$tmp_key$@00001", "2", 1, "one\n[T]\none\nk=1\n2\n"},
       // what changes nothing
-      {kWrite, "[T]\na=1\n", "T", "b", "", 0, "[T]\na=1\n"},
-      {kWrite, "[T]\na=1\n", "T", "", "1", 0, "[T]\na=1\n"},
-      {kWrite, "[T]\na=1\n", "T", "a", "1\n[U]", 0, "[T]\na=1\n"},
-      {kWrite, "[T]\na=1\n", "U]\n[V", "b", "1", 0, "[T]\na=1\n"},
+      {kWriteText, "[T]\na=1\n", "T", "b", "", 0, "[T]\na=1\n"},
+      {kWriteText, "[T]\na=1\n", "T", "", "1", 0, "[T]\na=1\n"},
+      {kWriteText, "[T]\na=1\n", "T", "a", "1\n[U]", 0, "[T]\na=1\n"},
+      {kWriteText, "[T]\na=1\n", "U]\n[V", "b", "1", 0, "[T]\na=1\n"},
       // key and value hold 1023 characters together
-      {kWrite, "[T]\n", "T", "a", std::string(1022, 'v'), 1, "[T]\na=" + std::string(1022, 'v') + "\n"},
-      {kWrite, "[T]\n", "T", "a", std::string(1023, 'v'), 0, "[T]\n"},
+      {kWriteText, "[T]\n", "T", "a", std::string(1022, 'v'), 1, "[T]\na=" + std::string(1022, 'v') + "\n"},
+      {kWriteText, "[T]\n", "T", "a", std::string(1023, 'v'), 0, "[T]\n"},
   };
   for (const auto &[mode, before, topic, key, value, result, after] : rows) {
     put_file("p", before);
@@ -128,25 +126,25 @@ TEST_F(Profile, SetsByteForByte) {
 
 TEST_F(Profile, FindsTopicsAndKeysAndABracketInAValueHidesTheRest) {
   const std::tuple<int, std::string, const char *, const char *, std::string> rows[] = {
-      {kRead, "a=1\n[T]\nb=2\n", kTmpTopic, "b", "(none)"},
-      {kRead, "[ Foo ]\na=1\n", "foo", "a", "1"},
+      {kReadText, "a=1\n[T]\nb=2\n", kTmpTopic, "b", "(none)"},
+      {kReadText, "[ Foo ]\na=1\n", "foo", "a", "1"},
       {kReadMerge, "[ Foo ]\na=1\n", "Foo", "a", "(none)"},
-      {kRead, "[Foo] ; behind\na=1\n", "Foo", "a", "1"},  // not in the index under this name: the scan finds it
-      {kRead, "[X]\na=1\n[x]\na=2\n", "x", "a", "1"},     // the first of two counts
-      {kRead, "[T]\nx y\na b=1\n[U]\nc d=2\n", "U", "@$tmp_key$@00000", "c d=2"},
-      {kRead, "[T]\nk =\t v1 \tv2  \n", "T", "k", "v1 v2"},
-      {kRead, "[T]\nk=a=b # c\n", "T", "k", "a=b # c"},
+      {kReadText, "[Foo] ; behind\na=1\n", "Foo", "a", "1"},  // not in the index under this name: the scan finds it
+      {kReadText, "[X]\na=1\n[x]\na=2\n", "x", "a", "1"},     // the first of two counts
+      {kReadText, "[T]\nx y\na b=1\n[U]\nc d=2\n", "U", "@$tmp_key$@00000", "c d=2"},
+      {kReadText, "[T]\nk =\t v1 \tv2  \n", "T", "k", "v1 v2"},
+      {kReadText, "[T]\nk=a=b # c\n", "T", "k", "a=b # c"},
       {kReadMerge, "[T]\nk = v # note\n", "T", "k", "v"},
-      {kReadKeysTopics, "[T]\na b =1\n", "T", "a b", "1"},
+      {kReadKeys, "[T]\na b =1\n", "T", "a b", "1"},
       {kReadKeyless, "[T]\na=1\n; c\nhello\n", "T", "@$tmp_key$@00001", "hello"},
-      {kReadKeysTopics, "[T]\nno value\n", "T", "no value", ""},
-      {kRead, "[T]\nk=a\0b\nl=2\n"s, "T", "k", "a"},
-      {kRead, "a=1\np=[x\nb=2\n", kTmpTopic, "a", "1"},  // kept: "[" in a value hides the rest of its topic
-      {kRead, "a=1\np=[x\nb=2\n", kTmpTopic, "p", "(none)"},
-      {kRead, "a=1\np=[x\nb=2\n", kTmpTopic, "b", "(none)"},
-      {kRead, "a=1\np=_][\nb=2\n", kTmpTopic, "b", "(none)"},
-      {kRead, "[T]\r\na=1\r\n", "T", "a", "1\r"},  // kept: CR belongs to the value
-      {kRead, std::string(1022, 'x') + "=1=2\n", kTmpTopic, "@$tmp_key$@00000", "1=2"},  // comes in pieces of 1023
+      {kReadKeys, "[T]\nno value\n", "T", "no value", ""},
+      {kReadText, "[T]\nk=a\0b\nl=2\n"s, "T", "k", "a"},
+      {kReadText, "a=1\np=[x\nb=2\n", kTmpTopic, "a", "1"},  // kept: "[" in a value hides the rest of its topic
+      {kReadText, "a=1\np=[x\nb=2\n", kTmpTopic, "p", "(none)"},
+      {kReadText, "a=1\np=[x\nb=2\n", kTmpTopic, "b", "(none)"},
+      {kReadText, "a=1\np=_][\nb=2\n", kTmpTopic, "b", "(none)"},
+      {kReadText, "[T]\r\na=1\r\n", "T", "a", "1\r"},  // kept: CR belongs to the value
+      {kReadText, std::string(1022, 'x') + "=1=2\n", kTmpTopic, "@$tmp_key$@00000", "1=2"},  // comes in pieces of 1023
   };
   for (const auto &[mode, file, topic, key, value] : rows) {
     put_file("p", file);
@@ -155,26 +153,26 @@ TEST_F(Profile, FindsTopicsAndKeysAndABracketInAValueHidesTheRest) {
 }
 
 TEST_F(Profile, NewFilesStartWithTheBannerOrTheirHeader) {
-  ASSERT_EQ(set(kWrite, "T", "k", ""), 0);
+  ASSERT_EQ(set(kWriteText, "T", "k", ""), 0);
   const std::string banner = get_file("p");
   EXPECT_TRUE(banner.starts_with("; ") && banner.find_first_of("[\n") == std::string::npos) << banner;
-  EXPECT_EQ(set(kWrite, "T", "k", "1"), 1);
+  EXPECT_EQ(set(kWriteText, "T", "k", "1"), 1);
   EXPECT_EQ(get_file("p"), banner + "\n[T]\nk=1\n");
 }
 
 TEST_F(Profile, OpensAndClosesAsPromised) {
   put_file("p", "a= 1\n");
-  char value[1024] = "default";
-  EXPECT_EQ(XOpenProfile("missing", kRead) + XOpenProfile(".", kRead) + XOpenProfile(".", kWrite), 0);
+  char value[kValueBufferSize] = "default";
+  EXPECT_EQ(XOpenProfile("missing", kReadText) + XOpenProfile(".", kReadText) + XOpenProfile(".", kWriteText), 0);
   for (const int mode : {-1, 0, 15}) EXPECT_EQ(XOpenProfile("p", mode), 0);
   EXPECT_EQ(XCloseProfile(), 0);
-  ASSERT_EQ(XOpenProfile("p", kRead), 1);
-  EXPECT_EQ(XOpenProfile("missing", kRead), 1);  // the open one stays
-  EXPECT_EQ(XGetPrivateProfileString(kTmpTopic, "b", value, 1024), 0);
+  ASSERT_EQ(XOpenProfile("p", kReadText), 1);
+  EXPECT_EQ(XOpenProfile("missing", kReadText), 1);  // the open one stays
+  EXPECT_EQ(XGetPrivateProfileString(kTmpTopic, "b", value, sizeof value), 0);
   EXPECT_STREQ(value, "default");
   EXPECT_EQ(XGetPrivateProfileString(kTmpTopic, "a", value, 1), 1);
   EXPECT_STREQ(value, "1");
-  ProfileHandle handle = XOpenProfileEx("p", kWrite);
+  ProfileHandle handle = XOpenProfileEx("p", kWriteText);
   EXPECT_EQ(XGetPrivateProfileStringNoTrimEx(handle, kTmpTopic, "a", value, 0), 1);
   EXPECT_STREQ(value, " 1");
   EXPECT_EQ(XSetPrivateProfileStringNoTrimEx(handle, "T", "k", "w", ""), 1);
@@ -201,9 +199,9 @@ TEST_F(Profile, CodedLinesAreTheirBytesUnderTheKeyAndAnEmptyOneEndsThem) {
   EXPECT_EQ(coded({"", "12345678"}), "\x31\x9b\x0d\xa3\x6d\x33\x97\xe2\x5f\x27\x31\x9b"s);
   put_file("p", coded({"", "12345678"}));
   const Stream stream(std::fopen("p", "rb"));
-  char line[1025];
-  for (const char *text : {"", "12345678", ""}) EXPECT_STREQ(freadln(stream.get(), line, 1024), text);
-  EXPECT_EQ(freadln(stream.get(), line, 1024), nullptr);
+  char line[kCodedPiece + 1];
+  for (const char *text : {"", "12345678", ""}) EXPECT_STREQ(freadln(stream.get(), line, kCodedPiece), text);
+  EXPECT_EQ(freadln(stream.get(), line, kCodedPiece), nullptr);
 }
 
 TEST_F(Profile, CodedFileGainsAnEmptyLineWithEveryWriting) {
@@ -267,9 +265,9 @@ TEST_F(Profile, SettingAndResettingAKeyLeavesAnyFileAsItWas) {
     const std::string before = untitled ? "" : random_lines(random) + "[target]\n";
     const std::string after = random_lines(random) + (random() % 4 == 0 ? "no line feed" : "");
     put_file("p", before + "Probe=0\n" + after);
-    ASSERT_EQ(set(kWrite, topic, "Probe", "a longer value"), 1);
+    ASSERT_EQ(set(kWriteText, topic, "Probe", "a longer value"), 1);
     ASSERT_EQ(get_file("p"), before + "Probe=a longer value\n" + after);
-    ASSERT_EQ(set(kWrite, topic, "Probe", "0"), 1);
+    ASSERT_EQ(set(kWriteText, topic, "Probe", "0"), 1);
     ASSERT_EQ(get_file("p"), before + "Probe=0\n" + after);
   }
 }
@@ -284,10 +282,10 @@ TEST_F(Profile, WhatSurvivesComesBackAndWhatDoesNotDoesNot) {
     const std::string key = random_text(random, "ab1;= #.\xa4", 3);
     const std::string value = random_text(random, "v[]=#; \t\r\xa4\n", 6);
     put_file("p", "");
-    set(kWrite, topic.c_str(), key.c_str(), value.c_str());
-    set(kWrite, topic.c_str(), "Neighbour", "1");
+    set(kWriteText, topic.c_str(), key.c_str(), value.c_str());
+    set(kWriteText, topic.c_str(), "Neighbour", "1");
     const bool came_back =
-        get(kRead, topic.c_str(), key.c_str()) == value && get(kRead, topic.c_str(), "Neighbour") == "1";
+        get(kReadText, topic.c_str(), key.c_str()) == value && get(kReadText, topic.c_str(), "Neighbour") == "1";
     if (XSurvives(topic, key, value) == ProfileFault::none) {
       EXPECT_TRUE(came_back) << topic << "|" << key << "|" << value;
     } else if (XSurvives("T", "k", value) != ProfileFault::none) {

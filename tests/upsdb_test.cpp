@@ -92,7 +92,7 @@ TEST(Model, FaultyLinesAreCountedButNotRead) {
 
 TEST(Database, LinesThatAreNoRecords) {
   const OpenDatabase db("[ups]\n; a|b\n\n# c\nfirst|1\nkey=value\nsecond|2\nhides [ the rest\nthird|3\n[X]\nlast\n");
-  char line[kLineBufferSize] = "";
+  char line[kValueBufferSize] = "";
   EXPECT_EQ(UpsGetCountDb(), 2);
   EXPECT_EQ(getEntryFromDb(line, "Ups", 1), 1);
   EXPECT_STREQ(line, "second|2");

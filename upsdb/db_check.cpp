@@ -37,8 +37,8 @@ void report(Check &check, const DbSection &section, int line, const std::string 
 
 // The cleaned text of a field, uncut. False when it is missing.
 bool text_of_field(int position, const std::string &line, std::string &text) {
-  char raw[kLineBufferSize];
-  char clean[kLineBufferSize];
+  char raw[kValueBufferSize];
+  char clean[kValueBufferSize];
   UCTctoken(raw, sizeof raw, line.c_str(), kFieldSeparator, position + 1);
   if (delBlanksAndQuotationMarksFromString(raw, clean, sizeof clean) == 0) return false;
   text = clean;

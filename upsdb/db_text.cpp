@@ -13,12 +13,10 @@
 
 namespace {
 
-constexpr int kCodedLine = 1024;                 // bytes of a coded line, its end included
-constexpr size_t kLongestLine = kCodedLine - 2;  // and without it
-constexpr int kReadCoded = 3;
+constexpr size_t kLongestCodedText = kCodedPiece - 2;  // without the end of its line
 
 const char *fault_of_line(std::string_view line) {
-  if (line.size() > kLongestLine) return "line is longer than 1022 bytes";
+  if (line.size() > kLongestCodedText) return "line is longer than 1022 bytes";
   if (line.ends_with("\r\n")) return "line ends in a carriage return";
   if (line.find('\0') != std::string_view::npos) return "line holds a NUL";
   return nullptr;
@@ -30,14 +28,14 @@ struct Freer {
 
 // What the store hands out of a line without a key.
 std::string record_text(std::string_view line) {
-  char value[kLineBufferSize];
+  char value[kValueBufferSize];
   get_value("=" + std::string(line), value, kReadCoded);
   return value;
 }
 
 void begin_section(int number, std::string_view line, std::vector<DbSection> &sections,
                    std::vector<Finding> &findings) {
-  char name[kLineBufferSize];
+  char name[kValueBufferSize];
   get_topic(line, name);
   if (!line.starts_with('[')) findings.push_back({number, name, "line", "is read as the title of a section"});
   const DbSection *same = find_section(sections, name);
@@ -89,8 +87,8 @@ int decode_text(std::string_view coded, std::string &text) {
   std::string bytes(coded);
   const Stream stream(bytes.empty() ? nullptr : fmemopen(bytes.data(), bytes.size(), "rb"));
   std::vector<std::string> lines;
-  char line[kCodedLine + 1];
-  while (stream != nullptr && freadln(stream.get(), line, kCodedLine) != nullptr) lines.emplace_back(line);
+  char line[kCodedPiece + 1];
+  while (stream != nullptr && freadln(stream.get(), line, kCodedPiece) != nullptr) lines.emplace_back(line);
   if (!lines.empty()) {
     if (!lines.back().empty()) return 0;
     lines.pop_back();  // the empty line behind the last end
@@ -109,7 +107,7 @@ std::vector<DbSection> sections_of(std::string_view text, std::vector<Finding> &
   int number = 0;
   for (const std::string_view line : lines_of(text)) {
     ++number;
-    char name[kLineBufferSize];
+    char name[kValueBufferSize];
     if (is_topic(line) == 1) {
       begin_section(number, line, sections, findings);
       hidden = false;
@@ -134,8 +132,8 @@ const DbSection *find_section(const std::vector<DbSection> &sections, std::strin
 
 bool find_setting(const DbSection &section, std::string_view key, DbLine &setting) {
   for (const DbLine &line : section.settings) {
-    char found[kLineBufferSize];
-    char value[kLineBufferSize];
+    char found[kValueBufferSize];
+    char value[kValueBufferSize];
     if (get_entry(line.text, found, kReadCoded) == 0 || xstricmp(found, key) != 0) continue;
     get_value(line.text, value, kReadCoded);
     setting = {line.number, value};

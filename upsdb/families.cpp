@@ -112,7 +112,7 @@ constexpr Family<UpsVariableInfo> kVariables = {kNoField, fillVarInfoFromUCStrin
 constexpr Family<UpsFunction> kFunctions = {kNoField, fillFunctionFromUCString};
 constexpr Family<UpsFunctionParam> kFunctionParams = {kNoField, fillFunctionParamFromUCString};
 
-using Line = char[kLineBufferSize];
+using Line = char[kValueBufferSize];
 
 // The name of the section that the field `position` of a model names.
 int getSectionDbFromTyp(const char *model, int position, char *section, int size) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "corbix/xconfig.h"
 #include "upsdb/fields.h"
 #include "upsdb/upsdb.h"
 
@@ -14,14 +15,13 @@ inline constexpr char kFileDateKey[] = "FileDate";
 inline constexpr char kVendorSection[] = "VENDOR";
 inline constexpr char kOemKey[] = "OEMID";
 inline constexpr char kModelSection[] = "UPS";
-inline constexpr int kLineBufferSize = 1024;  // GetMaxCfgBuf()
 
 extern const RecordForm kModelForm;
 
 // Fills a model record from a line of UPS; results as UpsGetAtDb. The record is not cleared first.
 int fillUpsDataFromUCString(UpsData &record, const char *line);
 
-// Line n, from 0, of a section into `buffer` (kLineBufferSize bytes). 0, buffer untouched, when closed or not there.
+// Line n, from 0, of a section into `buffer` (kValueBufferSize bytes). 0, buffer untouched, when closed or not there.
 int getEntryFromDb(char *buffer, const char *section, int n);
 // The number of a section's lines, at most 32767; 0 when closed or there is no such section.
 int16_t countDBEntries(const char *section);

@@ -19,7 +19,6 @@ int16_t VarCount = 0;
 
 namespace {
 
-constexpr int kReadCoded = 3;
 constexpr int kInterfaceVersion = 12;
 constexpr int kMostLines = std::numeric_limits<int16_t>::max();
 
@@ -53,21 +52,21 @@ constexpr FieldRow kModelFields[] = {
   { 13, Conversion::real,         further_at(3),                     sizeof(double),             "fourth factor" },
 };  // clang-format on
 
-// The value of `key` in `section` into `buffer` (kLineBufferSize bytes); 0 when closed or missing.
+// The value of `key` in `section` into `buffer` (kValueBufferSize bytes); 0 when closed or missing.
 int get_value_of_key(const char *section, const char *key, char *buffer) {
-  return isDBOpen == 1 ? XGetPrivateProfileString(section, key, buffer, kLineBufferSize) : 0;
+  return isDBOpen == 1 ? XGetPrivateProfileString(section, key, buffer, kValueBufferSize) : 0;
 }
 
 // A value as strncpy copies it.
 int copy_value(const char *section, const char *key, char *buffer, int length) {
-  char value[kLineBufferSize];
+  char value[kValueBufferSize];
   if (length < 0 || get_value_of_key(section, key, value) == 0) return 0;
   std::strncpy(buffer, value, static_cast<size_t>(length));
   return 1;
 }
 
 bool has_entry(const char *section, int n) {
-  char line[kLineBufferSize];
+  char line[kValueBufferSize];
   return getEntryFromDb(line, section, n) == 1;
 }
 
@@ -109,7 +108,7 @@ int16_t countDBEntries(const char *section) {
 
 int16_t findEntryInDb(const char *name) {
   if (stricmp(name, UpsCache.name) == 0) return UpsCache.number;
-  char line[kLineBufferSize];
+  char line[kValueBufferSize];
   for (int n = 0; n < kMostLines && getEntryFromDb(line, kModelSection, n) == 1; ++n) {
     char found[kFieldBufferSize];
     if (get_text_field(0, line, found) == 0 || stricmp(found, name) != 0) continue;
@@ -142,7 +141,7 @@ int16_t UpsGetCountDb() { return countDBEntries(kModelSection); }
 
 int UpsGetAtDb(UpsData &record, int16_t n) {
   record = {};
-  char line[kLineBufferSize];
+  char line[kValueBufferSize];
   return getEntryFromDb(line, kModelSection, n) == 1 ? fillUpsDataFromUCString(record, line) : 0;
 }
 
@@ -160,14 +159,14 @@ int UpsVersionInfoDb(UpsVersionInfo *info) {
   if (info == nullptr) return 0;
   *info = {};
   if (isDBOpen == 0) return 0;
-  char value[kLineBufferSize];
+  char value[kValueBufferSize];
   if (get_value_of_key(kAboutSection, kVersionKey, value) == 1) UpsParseVersionInfoStr(&info->version, value);
   if (get_value_of_key(kVendorSection, kOemKey, value) == 1) info->oem = to_int32(value);
   return 1;
 }
 
 int UpsOEMIdDb(int16_t &number) {
-  char value[kLineBufferSize];
+  char value[kValueBufferSize];
   if (get_value_of_key(kVendorSection, kOemKey, value) == 0) return 0;
   const auto oem = static_cast<int16_t>(to_int32(value));
   number = oem == 0 ? int16_t{1} : oem;

@@ -12,9 +12,6 @@
 
 namespace {
 
-constexpr int kReadMode = 1;
-constexpr int kLongestLine = 1023;
-
 // A profile that is closed at the end of its scope.
 struct OpenProfile {
   ProfileHandle handle;
@@ -47,7 +44,7 @@ void report(Walk &walk, const Setting *setting, const std::string &text) {
 
 const Setting *setting_of_line(std::string_view text) {
   std::string_view key;
-  return has_key_entry(text) && find_entry(text, kReadMode, key) ? setting_of_key(key) : nullptr;
+  return has_key_entry(text) && find_entry(text, kReadText, key) ? setting_of_key(key) : nullptr;
 }
 
 // A topic as a person writes it, not just a "[" somewhere in the line.
@@ -69,9 +66,9 @@ std::string typed_text(const Setting &setting, const std::string &value) {
 void check_setting(Walk &walk, const Setting &setting, std::string_view text) {
   const auto [found, is_first] = walk.lines.emplace(&setting, walk.line);
   if (!is_first) return report(walk, &setting, filled(duplicate_label, {std::to_string(found->second)}));
-  char value[kLongestLine + 1], whole[kLongestLine + 1];
-  get_value(text, value, kReadMode);
-  get_value_notrim(text, whole, kReadMode);
+  char value[kValueBufferSize], whole[kValueBufferSize];
+  get_value(text, value, kReadText);
+  get_value_notrim(text, whole, kReadText);
   if (std::string_view(whole).ends_with('\r')) return report(walk, &setting, carriage_return_label[language]);
   const ProfileFault fault = XSurvives(kTmpTopic, setting.key, without_blanks(whole));
   if (fault != ProfileFault::none && fault != ProfileFault::empty) return report(walk, &setting, fault_notice(fault));
@@ -105,14 +102,14 @@ void check_text(Walk &walk, std::string_view text) {
 
 void check_line(Walk &walk, const ProfileLine &line) {
   std::string_view written;
-  if (!written_text(line, kReadMode, written)) {
+  if (!written_text(line, kReadText, written)) {
     walk.part = Part::settings;
     return;
   }
   const bool is_whole = written.ends_with('\n') || line.next == nullptr;
   if (!walk.in_line) {
     ++walk.line;
-    if (!is_whole) report(walk, nullptr, filled(pieces_label, {std::to_string(kLongestLine)}));
+    if (!is_whole) report(walk, nullptr, filled(pieces_label, {std::to_string(kTextPiece)}));
   }
   walk.in_line = !is_whole;
   if (line.has_nul) report(walk, nullptr, nul_label[language]);
@@ -123,7 +120,7 @@ void check_line(Walk &walk, const ProfileLine &line) {
 
 Outcome check_configuration(const char *file, std::vector<KeyFinding> &findings) {
   if (!InitUpsTypeArray()) return Outcome::database_unreadable;
-  const OpenProfile profile(file, kReadMode);
+  const OpenProfile profile(file, kReadText);
   if (profile.handle == nullptr || !init_config_vals(file)) return Outcome::file_unreadable;
   Walk walk = {findings};
   for (const ProfileLine *line = &profile.handle->first; line != nullptr && line->txt != nullptr; line = line->next) {

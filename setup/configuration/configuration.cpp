@@ -110,7 +110,7 @@ void init_all_tabs() {
 }
 
 int init_config_vals(const char *file) {
-  if (!XOpenProfile(file, 1)) return 0;
+  if (!XOpenProfile(file, kReadText)) return 0;
   forget_file();
   const int lists = load_event_strings();
   if (lists > 0) {
@@ -140,10 +140,10 @@ int init_new_config_vals() {
 }
 
 int values_of_file(const char *file, std::vector<std::string> &values) {
-  if (!XOpenProfile(file, 1)) return 0;
+  if (!XOpenProfile(file, kReadText)) return 0;
   values.clear();
   for (const Setting *setting : all_settings()) {
-    char value[1024];  // GetMaxCfgBuf()
+    char value[kValueBufferSize];
     const bool stored = XGetPrivateProfileString(kTmpTopic, setting->key, value, sizeof value) != 0;
     values.push_back(stored ? value : default_of(*setting));
   }

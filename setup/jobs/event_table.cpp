@@ -17,9 +17,6 @@ char event_ups_name[31] = "";
 
 namespace {
 
-constexpr int kReadMode = 1;
-constexpr int kWriteMode = 2;
-
 constexpr const char *kKeys[kEventCount] = {
     "Event0",  "Event1",  "Event2",  "Event3",  "Event4",  "Event5",  "Event6",  "Event7",  "Event8",
     "Event9",  "Event10", "Event11", "Event12", "Event13", "Event14", "Event15", "Event16", "Event17",
@@ -91,7 +88,7 @@ int load_event_strings() {
 void remember_lists_model() { cpynstr(event_ups_name, get_act_ups()); }
 
 int init_event_strings(const char *cfg_path) {
-  if (!XOpenProfile(cfg_path, kReadMode)) return 0;
+  if (!XOpenProfile(cfg_path, kReadText)) return 0;
   const int lists = load_event_strings();
   if (lists > 0) remember_lists_model();
   XCloseProfile();
@@ -99,7 +96,7 @@ int init_event_strings(const char *cfg_path) {
 }
 
 int save_new_event_cfg(const char *cfg_path) {
-  if (!XOpenProfile(cfg_path, kWriteMode)) return 0;
+  if (!XOpenProfile(cfg_path, kWriteText)) return 0;
   for (int event = 0; event < EventStrings.nCount; ++event) {
     const char *jobs = CStrArr_GetStr(&EventStrings, event);
     const bool empty = *jobs == '\0';

@@ -166,7 +166,7 @@ bool value_of(const Setting &setting, std::string &value) {
 }
 
 void note_text_in_file(const Setting &setting) {
-  char value[1024];  // GetMaxCfgBuf()
+  char value[kValueBufferSize];
   loaded_texts.erase(setting.key);
   if (XGetPrivateProfileString(kTmpTopic, setting.key, value, sizeof value)) loaded_texts[setting.key] = value;
 }
@@ -193,7 +193,7 @@ const std::string *text_in_file(const Setting &setting) {
 void forget_file() { loaded_texts.clear(); }
 
 int write_section(const char *file, std::initializer_list<std::span<const Setting>> sections) {
-  if (!XOpenProfile(file, 2)) return 0;
+  if (!XOpenProfile(file, kWriteText)) return 0;
   bool chain = true;
   bool written = false;
   for (const std::span<const Setting> settings : sections) {

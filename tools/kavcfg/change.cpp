@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr int kWriteMode = 2;
-
 // What the records would write of a setting; not `written` for a number out of its range.
 struct Stored {
   bool written;
@@ -92,7 +90,7 @@ bool has_place(ProfileRecord &profile) {
 }
 
 std::string value_in_file(ProfileHandle profile, const Setting &setting) {
-  char value[1024] = "";  // GetMaxCfgBuf()
+  char value[kValueBufferSize] = "";
   XGetPrivateProfileStringEx(profile, kTmpTopic, setting.key, value, sizeof value);
   return value;
 }
@@ -120,7 +118,7 @@ void set_values(ProfileHandle profile, std::span<const Change> changes, std::spa
 
 Outcome write_changes(const char *file, std::span<const Change> changes, std::span<const Stored> before,
                       std::vector<KeyFinding> &reasons) {
-  ProfileHandle profile = XOpenProfileEx(file, kWriteMode);
+  ProfileHandle profile = XOpenProfileEx(file, kWriteText);
   if (profile == nullptr) return Outcome::file_unwritable;
   set_values(profile, changes, before, reasons);
   const bool refused = !reasons.empty();
