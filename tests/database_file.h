@@ -8,12 +8,7 @@
 #include "upsdb/db_text.h"
 #include "upsdb/records.h"
 
-inline const std::string &sample_path() {
-  static const std::string path = std::filesystem::absolute(__FILE__).parent_path().parent_path() / "data/upstyp.txt";
-  return path;
-}
-
-inline std::string sample_text() { return get_file(sample_path()); }
+inline std::string sample_text() { return get_file(SAMPLE_TEXT); }
 
 // The database of `text`, open, in a folder of its own; closed and forgotten at the end of its scope.
 struct OpenDatabase {

@@ -67,17 +67,17 @@ TEST(Check, NamesTheFault) {
 TEST(Program, CompilesDumpsListsAndChecks) {
   const WorkingFolder folder;
   std::string output;
-  EXPECT_EQ(run_kavdb("compile " + sample_path() + " upstyp.ups", output), 0) << output;
+  EXPECT_EQ(run_kavdb("compile " SAMPLE_TEXT " upstyp.ups", output), 0) << output;
   EXPECT_EQ(static_cast<unsigned>(std::filesystem::status("upstyp.ups").permissions()), 0644U);
   EXPECT_EQ(run_kavdb("compile - upstyp.ups", output, "printf 'a\\r\\n'"), 1) << "a line that would not come back";
   EXPECT_EQ(output, "standard input:1: line: line ends in a carriage return\n");
   EXPECT_EQ(run_kavdb("dump upstyp.ups", output), 0) << "the old database is whole";
   EXPECT_EQ(output, sample_text());
-  EXPECT_EQ(run_kavdb("compile - - | '" KAVDB_PROGRAM "' check -", output, "cat " + sample_path()), 0) << output;
+  EXPECT_EQ(run_kavdb("compile - - | '" KAVDB_PROGRAM "' check -", output, "cat " SAMPLE_TEXT), 0) << output;
   EXPECT_EQ(run_kavdb("list upstyp.ups", output), 0);
   EXPECT_EQ(lines_of(output)[5],
             "  4  ZELK K-TSN030-200               9600,n,8,1    0x805C     0     3000       10         12\n");
-  EXPECT_EQ(run_kavdb("dump " + sample_path(), output), 1) << "a text is no database";
+  EXPECT_EQ(run_kavdb("dump " SAMPLE_TEXT, output), 1) << "a text is no database";
   EXPECT_EQ(run_kavdb("list none", output) + run_kavdb("compile . out", output) + run_kavdb("compile - .", output), 3);
 }
 
