@@ -17,6 +17,7 @@
 #include "setup/options.h"
 #include "setup/session.h"
 #include "setup/settings/models.h"
+#include "unixtools/portprobe.h"
 #include "upsdb/db_text.h"
 #include "util/language.h"
 #include "util/text.h"
@@ -56,7 +57,7 @@ int next_byte() {
 
 }  // namespace
 
-// The linker puts these into the place of the library's.
+// The linker calls these instead of the system's.
 extern "C" {
 int key_of_input(WINDOW *) asm("__wrap_wgetch");
 int key_of_input(WINDOW *) {
@@ -65,11 +66,14 @@ int key_of_input(WINDOW *) {
   return byte >= kFirstFunctionKey && index < std::size(kFunctionKeys) ? kFunctionKeys[index] : byte;
 }
 
-int no_sleep(int) asm("__wrap__Z6Xsleepi");
-int no_sleep(int) { return 1; }
+unsigned no_sleep(unsigned) asm("__wrap_sleep");
+unsigned no_sleep(unsigned) { return 0; }
+}
 
-int answer_of_input(char *buf, int size, const char *, const char *) asm("__wrap__Z10probe_portPciPKcS1_");
-int answer_of_input(char *buf, int size, const char *, const char *) {
+// All that a session calls of unixtools/portprobe. With them at hand the linker takes nothing from there: no real port
+// can be opened. A call of something else, or with other parameters, brings that file in, which defines these a second
+// time: the link fails.
+int probe_port(char *buf, int size, const char *, const char *) {
   std::string answer = next_byte() % 2 == 0 ? "%M" : "";
   for (int byte = next_byte(); byte != '\r' && std::cmp_less(answer.size(), size - 1); byte = next_byte()) {
     answer += static_cast<char>(byte);
@@ -77,7 +81,13 @@ int answer_of_input(char *buf, int size, const char *, const char *) {
   cpynstr(buf, answer, size);
   return 1;
 }
+
+char *get_device_path(char *dst, int size, const char *) {
+  cpynstr(dst, "/dev/", size);
+  return dst;
 }
+
+void restore_probed_port() {}
 
 namespace {
 
