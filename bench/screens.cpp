@@ -110,7 +110,7 @@ double memory_of_session(const Start &session) {
   choose(t, kSave);
   t.press(kToSession + kToModelList);
   t.settle();
-  return peak_memory(t.process);
+  return peak_memory(t.process());
 }
 
 double memory_of_bare_menu(const Start &bare) {
@@ -118,7 +118,7 @@ double memory_of_bare_menu(const Start &bare) {
   t.start(bare);
   t.press({Down, Down});
   t.settle();
-  return peak_memory(t.process);
+  return peak_memory(t.process());
 }
 
 // What the libraries have in memory differs from run to run by 100 kB.

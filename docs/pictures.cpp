@@ -39,7 +39,7 @@ struct Look {
 bool is_wide(Terminal &t, int row, int column) { return column + 1 < kColumns && t.cell(row, column + 1).text.empty(); }
 
 Look look_of(Terminal &t, int row, int column) {
-  const Cell cell = t.cell(row, column);
+  const ScreenCell cell = t.cell(row, column);
   Look look = {cell.foreground == kDefault ? kWhite : cell.foreground,
                cell.background == kDefault ? kBlack : cell.background, cell.underline, is_wide(t, row, column) ? 2 : 1};
   if (cell.reverse) std::swap(look.foreground, look.background);

@@ -69,7 +69,7 @@ void check_screen(Terminal &t) {
 std::string highlighted(Terminal &t, int row) {
   std::string text;
   for (int column = 0; column < 80; column++) {
-    const Cell cell = t.cell(row, column);
+    const ScreenCell cell = t.cell(row, column);
     if (cell.bold && cell.foreground == kRed) text += cell.text;
   }
   return trimmed(text);
@@ -208,7 +208,7 @@ std::vector<std::string> see_everything(Terminal &t, const Start &how) {
 // A terminal in EUC-JP, in a locale made for this one.
 Start euc_jp(const Terminal &t) {
   EXPECT_EQ(std::system(("localedef -i ja_JP -f EUC-JP " + t.path("ja_JP.eucJP")).c_str()), 0);
-  return {.environment = {"LOCPATH=" + t.directory, "LC_ALL=ja_JP.eucJP"}, .charset = "EUC-JP"};
+  return {.environment = {"LOCPATH=" + t.directory(), "LC_ALL=ja_JP.eucJP"}, .charset = "EUC-JP"};
 }
 
 TEST(Japanese, EveryScreenIsWholeAndTheSameInBothCharsets) {

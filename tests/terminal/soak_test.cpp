@@ -159,8 +159,8 @@ void soak(const std::vector<std::string> &options) {
       ASSERT_EQ(s.t.wait_exit(), 1) << "after " << keys << " keys";
       ASSERT_TRUE(s.start());
     }
-    if (process != s.t.process) process_keys = 0, first = {};
-    process = s.t.process;
+    if (process != s.t.process()) process_keys = 0, first = {};
+    process = s.t.process();
     if (first.memory == 0 && process_keys >= warm) first = holdings_of(process);
     if (first.memory > 0 && keys >= wanted) last = holdings_of(process);
   }
@@ -183,14 +183,14 @@ TEST(Soak, PastedTextIsTakenWhole) {
     s.t.press({Enter, Down, Enter});
     choose(s.t, kUps);
     s.t.settle();
-    const Holdings before = holdings_of(s.t.process);
+    const Holdings before = holdings_of(s.t.process());
     std::string text;
     while (text.size() < static_cast<size_t>(number_in_environment("KAV_SOAK_PASTE", 64)) * 1024) text += piece;
     const auto start = std::chrono::steady_clock::now();
     s.t.type(text);
     ASSERT_TRUE(s.t.settle(600000));
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-    expect_constant(before, holdings_of(s.t.process), is_sanitized(s.t.process));
+    expect_constant(before, holdings_of(s.t.process()), is_sanitized(s.t.process()));
     std::printf("pasted in %.1f s\n", seconds.count());
     s.t.press({Escape});
     EXPECT_TRUE(s.t.see("KAVLON Pro"));

@@ -21,7 +21,7 @@ std::vector<char *> pointers(std::vector<std::string> &texts) {
 }
 
 // The program's environment: the defaults, each replaced by a setting of the same name.
-std::vector<std::string> environment(const Terminal &t, const Start &how) {
+std::vector<std::string> environment(const TerminalState &t, const Start &how) {
   const char *path = std::getenv("PATH");
   const std::string log = "log_path=" + t.root + "/reports/report:exitcode=99";
   std::vector<std::string> all = {"TERM=xterm-256color",
@@ -87,7 +87,7 @@ struct Command {
   _exit(0);
 }
 
-bool open_pseudo_terminal(Terminal &t) {
+bool open_pseudo_terminal(TerminalState &t) {
   const int master = t.master.emplace(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK)).number;
   char name[64] = "";
   if (grantpt(master) != 0 || unlockpt(master) != 0 || ptsname_r(master, name, sizeof name) != 0) return false;
@@ -96,7 +96,7 @@ bool open_pseudo_terminal(Terminal &t) {
   return get_line_settings(slave, t.line_settings) == 1;
 }
 
-bool start_shell(Terminal &t, const Command &command) {
+bool start_shell(TerminalState &t, const Command &command) {
   int sockets[2];
   if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, sockets) != 0) return false;
   t.shell.emplace(sockets[0]);
@@ -112,12 +112,12 @@ bool start_shell(Terminal &t, const Command &command) {
 
 }  // namespace
 
-void set_size(const Terminal &t, int rows, int columns) {
+void set_size(const TerminalState &t, int rows, int columns) {
   const winsize size = {static_cast<unsigned short>(rows), static_cast<unsigned short>(columns), 0, 0};
   ioctl(t.master->number, TIOCSWINSZ, &size);
 }
 
-bool start_program(Terminal &t, const Start &how) {
+bool start_program(TerminalState &t, const Start &how) {
   std::vector<std::string> settings = environment(t, how);
   std::vector<std::string> arguments = {how.program.empty() ? KAVSETUP_PROGRAM : how.program};
   arguments.insert(arguments.end(), how.options.begin(), how.options.end());

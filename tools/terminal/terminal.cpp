@@ -30,15 +30,15 @@ constexpr int kTimeLimit = 10000;  // for what should come at once, on a busy ma
 // ---- The emulator ---------------------------------------------------------------------------------------------------
 
 int on_property(VTermProp property, VTermValue *value, void *user) {
-  auto &t = *static_cast<Terminal *>(user);
+  auto &t = *static_cast<TerminalState *>(user);
   if (property == VTERM_PROP_CURSORVISIBLE) t.shows_cursor = value->boolean != 0;
   if (property == VTERM_PROP_ALTSCREEN) t.other_screen = value->boolean != 0;
   return 1;
 }
 
-int on_bell(void *user) { return ++static_cast<Terminal *>(user)->bell_count; }
+int on_bell(void *user) { return ++static_cast<TerminalState *>(user)->bell_count; }
 
-void open_emulator(Terminal &t, int rows, int columns) {
+void open_emulator(TerminalState &t, int rows, int columns) {
   static constexpr VTermScreenCallbacks kCallbacks = {.damage = nullptr,
                                                       .moverect = nullptr,
                                                       .movecursor = nullptr,
@@ -73,14 +73,14 @@ std::string recode(const std::string &to, const std::string &from, std::string &
     if (stopped && error == EINVAL) break;
     if (!stopped || error != EILSEQ) continue;
     result += '?';
-    in++;
-    in_left--;
+    ++in;
+    --in_left;
   }
   bytes.erase(0, bytes.size() - in_left);
   return result;
 }
 
-Cell read_cell(const Terminal &t, int row, int column) {
+ScreenCell read_cell(const TerminalState &t, int row, int column) {
   constexpr uint32_t kRightHalf = 0xFFFFFFFF;
   VTermScreenCell raw{};
   if (t.cells == nullptr || vterm_screen_get_cell(t.cells, {row, column}, &raw) == 0) return {};
@@ -99,17 +99,17 @@ Cell read_cell(const Terminal &t, int row, int column) {
           .underline = raw.attrs.underline != 0};
 }
 
-std::string cells_text(const Terminal &t, int row, int column, int width) {
+std::string cells_text(const TerminalState &t, int row, int column, int width) {
   std::string text;
-  for (int i = column; i < column + width; i++) text += read_cell(t, row, i).text;
+  for (int i = column; i < column + width; ++i) text += read_cell(t, row, i).text;
   return text;
 }
 
-std::vector<std::string> rows_of(const Terminal &t) {
+std::vector<std::string> rows_of(const TerminalState &t) {
   int rows = 0, columns = 0;
   if (t.emulator) vterm_get_size(t.emulator.get(), &rows, &columns);
   std::vector<std::string> texts;
-  for (int row = 0; row < rows; row++) {
+  for (int row = 0; row < rows; ++row) {
     texts.push_back(cells_text(t, row, 0, columns));
     texts.back().erase(texts.back().find_last_not_of(' ') + 1);
   }
@@ -117,13 +117,13 @@ std::vector<std::string> rows_of(const Terminal &t) {
 }
 
 // The place of a text on the screen as it is now.
-Position find_now(const Terminal &t, std::string_view text) {
+Position find_now(const TerminalState &t, std::string_view text) {
   const std::vector<std::string> rows = rows_of(t);
-  for (size_t row = 0; row < rows.size(); row++) {
+  for (size_t row = 0; row < rows.size(); ++row) {
     const size_t found = rows[row].find(text);
     if (found == std::string::npos) continue;
     Position at = {static_cast<int>(row), 0};
-    for (size_t length = 0; length < found; at.column++) length += read_cell(t, at.row, at.column).text.size();
+    for (size_t length = 0; length < found; ++at.column) length += read_cell(t, at.row, at.column).text.size();
     return at;
   }
   return {-1, -1};
@@ -133,7 +133,7 @@ Position find_now(const Terminal &t, std::string_view text) {
 
 int number_of(const std::optional<Descriptor> &descriptor) { return descriptor ? descriptor->number : -1; }
 
-void take(Terminal &t, std::string_view bytes) {
+void take(TerminalState &t, std::string_view bytes) {
   t.last_output = Clock::now();
   t.output += bytes;
   t.unread += bytes;
@@ -143,7 +143,7 @@ void take(Terminal &t, std::string_view bytes) {
 
 // Takes what the program has written, and its end; waits `time` ms at most for one of them, or until it takes input.
 // False when nothing was written.
-bool pump(Terminal &t, int time, bool for_input = false) {
+bool pump(TerminalState &t, int time, bool for_input = false) {
   pollfd ready[] = {{number_of(t.master), static_cast<short>(for_input ? POLLIN | POLLOUT : POLLIN), 0},
                     {t.ended ? -1 : number_of(t.shell), POLLIN, 0}};
   poll(ready, std::size(ready), time);
@@ -168,7 +168,7 @@ std::string read_all(const fs::path &path) {
 
 // Whether the program sleeps without a time limit until the terminal has input for it. A lone Escape is
 // waited for with a limit, a device too.
-bool waits_for_key(const Terminal &t) {
+bool waits_for_key(const TerminalState &t) {
   const std::string folder = "/proc/" + std::to_string(t.process);
   std::istringstream call(read_all(folder + "/syscall"));
   long number = -1;
@@ -193,18 +193,18 @@ bool waits_for_key(const Terminal &t) {
 
 // Whether the program has taken all its input. Asking with poll is what makes that sure: it first moves what is still
 // on its way between the two ends of the pseudo-terminal.
-bool input_is_taken(const Terminal &t) {
+bool input_is_taken(const TerminalState &t) {
   pollfd ready = {number_of(t.slave), POLLIN, 0};
   return poll(&ready, 1, 0) <= 0;
 }
 
-bool is_idle(const Terminal &t) {
+bool is_idle(const TerminalState &t) {
   const bool stopped = read_all("/proc/" + std::to_string(t.process) + "/stat").find(") T ") != std::string::npos;
   return t.ended || stopped || (input_is_taken(t) && waits_for_key(t));
 }
 
 // Takes output until the program is idle (true) or the time is over.
-bool run_until_idle(Terminal &t, Clock::time_point deadline) {
+bool run_until_idle(TerminalState &t, Clock::time_point deadline) {
   for (pump(t, 0); Clock::now() < deadline; pump(t, 1)) {
     // Idle first, then no output: what was written before the program fell idle has then been taken.
     if (!is_idle(t) || pump(t, 0)) continue;
@@ -214,23 +214,40 @@ bool run_until_idle(Terminal &t, Clock::time_point deadline) {
   return false;
 }
 
-bool run_until_end(Terminal &t, int timeout) {
+bool run_until_end(TerminalState &t, int timeout) {
   const auto deadline = Clock::now() + milliseconds(timeout);
   while (!t.ended && Clock::now() < deadline) pump(t, 10);
   pump(t, 0);
   return t.ended;
 }
 
-void fail(Terminal &t, const std::string &what, const char *file, int line) {
-  if (!std::exchange(t.lost, true)) terminal_fault(what + "\n" + t.dump(), file, line);
+std::string dump(const TerminalState &t) {
+  std::ostringstream text;
+  for (const std::string &row : rows_of(t)) text << row << '\n';
+  VTermPos at{};
+  if (t.emulator) vterm_state_get_cursorpos(vterm_obtain_state(t.emulator.get()), &at);
+  text << "cursor " << (t.shows_cursor ? "at " : "hidden at ") << at.row << ", " << at.col;
+  if (t.ended) text << "; the program has ended with status " << t.status;
+  text << '\n';
+  return text.str();
 }
 
-Terminal &settled(Terminal &t) {
-  if (t.pending) t.settle();
+void fail(TerminalState &t, const std::string &what, const char *file, int line) {
+  if (!std::exchange(t.lost, true)) terminal_fault(what + "\n" + dump(t), file, line);
+}
+
+bool settle(TerminalState &t, int timeout, const char *file, int line) {
+  if (!t.lost && run_until_idle(t, Clock::now() + milliseconds(timeout))) return true;
+  fail(t, "the program does not come to rest", file, line);
+  return false;
+}
+
+TerminalState &settled(TerminalState &t) {
+  if (t.pending) settle(t, kTimeLimit, __FILE__, __LINE__);
   return t;
 }
 
-void send_bytes(Terminal &t, std::string_view bytes) {
+void send_bytes(TerminalState &t, std::string_view bytes) {
   auto deadline = Clock::now() + milliseconds(kTimeLimit);
   t.pending = true;
   while (!bytes.empty() && !t.ended && !t.lost && t.master) {
@@ -247,17 +264,16 @@ void send_bytes(Terminal &t, std::string_view bytes) {
 
 // Waits until the program has taken an Escape for a key of its own: until it waits for the next key without a limit, or
 // has done something else for ten times as long as curses waits for the rest of a sequence.
-void let_escape_act(Terminal &t) {
+void let_escape_act(TerminalState &t) {
   const auto deadline = Clock::now() + milliseconds(kTimeLimit);
   while (!t.ended && !input_is_taken(t) && Clock::now() < deadline) pump(t, 1);
   run_until_idle(t, Clock::now() + milliseconds(200));
   t.pending = true;
 }
 
-// ---- Ending
-// -----------------------------------------------------------------------------------------------------------
+// ---- Ending ---------------------------------------------------------------------------------------------------------
 
-void fail_on_reports(const Terminal &t) {
+void fail_on_reports(const TerminalState &t) {
   for (const auto &entry : fs::directory_iterator(t.root + "/reports")) {
     terminal_fault("a sanitizer reported:\n" + read_all(entry.path()), __FILE__, __LINE__);
     fs::remove(entry.path());
@@ -265,11 +281,11 @@ void fail_on_reports(const Terminal &t) {
 }
 
 // Ends the program, if it still runs, and the session.
-void end_session(Terminal &t) {
+void end_session(TerminalState &t) {
   if (t.shell_id <= 0) return;
   t.master.reset();
   if (!run_until_end(t, kTimeLimit)) {
-    terminal_fault("the program did not end when its terminal was gone\n" + t.dump(), __FILE__, __LINE__);
+    terminal_fault("the program did not end when its terminal was gone\n" + dump(t), __FILE__, __LINE__);
     kill(t.process, SIGKILL);
   }
   t.shell.reset();
@@ -278,7 +294,7 @@ void end_session(Terminal &t) {
   fail_on_reports(t);
 }
 
-double since(Clock::time_point began, const Terminal &t) {
+double since(Clock::time_point began, const TerminalState &t) {
   return std::chrono::duration<double, std::milli>(t.last_output - began).count();
 }
 
@@ -288,137 +304,127 @@ std::ostream &operator<<(std::ostream &out, const Position &position) {
   return out << '{' << position.row << ", " << position.column << '}';
 }
 
-Terminal::Terminal() : root(fs::temp_directory_path() / "kavsetup-XXXXXX") {
-  if (mkdtemp(root.data()) == nullptr) fail(*this, "no directory can be made", __FILE__, __LINE__);
-  directory = root + "/work";
-  for (const char *folder : {"/work", "/reports"}) fs::create_directory(root + folder);
+Terminal::Terminal() : state(new TerminalState) {
+  state->root = fs::temp_directory_path() / "kavsetup-XXXXXX";
+  if (mkdtemp(state->root.data()) == nullptr) fail(*state, "no directory can be made", __FILE__, __LINE__);
+  state->directory = state->root + "/work";
+  for (const char *folder : {"/work", "/reports"}) fs::create_directory(state->root + folder);
   for (const fs::path source : {KAVSETUP_DATABASE, KAVSETUP_MESSAGES})
     fs::copy_file(source, path(source.filename().string()));
 }
 
 Terminal::~Terminal() {
-  end_session(*this);
+  end_session(*state);
   std::error_code error;
-  fs::remove_all(root, error);
+  fs::remove_all(state->root, error);
 }
 
 Timing Terminal::start(const Start &how) {
-  end_session(*this);
+  end_session(*state);
   for (const auto &[name, content] : how.files) write_file(name, content);
-  charset = how.charset;
-  for (std::string *text : {&unread, &output}) text->clear();
-  open_emulator(*this, how.rows, how.columns);
+  state->charset = how.charset;
+  for (std::string *text : {&state->unread, &state->output}) text->clear();
+  open_emulator(*state, how.rows, how.columns);
   const auto began = Clock::now();
-  ended = !start_program(*this, how);
-  status = -1;
-  if (ended) fail(*this, "can't start the program", __FILE__, __LINE__);
-  pending = true;
+  state->ended = !start_program(*state, how);
+  state->status = -1;
+  if (state->ended) fail(*state, "can't start the program", __FILE__, __LINE__);
+  state->pending = true;
   settle();
-  return {since(began, *this), output.size()};
+  return {since(began, *state), state->output.size()};
 }
 
 void Terminal::press(const std::vector<Key> &keys) {
   for (const Key key : keys) {
-    send_bytes(*this, key.bytes);
-    if (key.bytes == Escape.bytes) let_escape_act(*this);
+    send_bytes(*state, key.bytes);
+    if (key.bytes == Escape.bytes) let_escape_act(*state);
   }
 }
 
 void Terminal::type(std::string_view text) {
   std::string bytes(text);
-  send_bytes(*this, charset == "UTF-8" ? bytes : recode(charset, "UTF-8", bytes));
+  send_bytes(*state, state->charset == "UTF-8" ? bytes : recode(state->charset, "UTF-8", bytes));
 }
 
 Timing Terminal::measure(Key key) {
-  const size_t before = settled(*this).output.size();
+  const size_t before = settled(*state).output.size();
   const auto began = Clock::now();
   press({key});
   settle();
-  return {since(began, *this), output.size() - before};
+  return {since(began, *state), state->output.size() - before};
 }
 
 bool Terminal::see(std::string_view text, int timeout, const char *file, int line) {
   const auto deadline = Clock::now() + milliseconds(timeout);
   for (bool last = false; !last;) {
-    last = lost || ended || Clock::now() >= deadline;
-    pump(*this, 0);
-    if (find_now(*this, text).row >= 0) return true;
-    if (!last) pump(*this, 20);
+    last = state->lost || state->ended || Clock::now() >= deadline;
+    pump(*state, 0);
+    if (find_now(*state, text).row >= 0) return true;
+    if (!last) pump(*state, 20);
   }
-  fail(*this, "not on the screen: \"" + std::string(text) + "\"", file, line);
+  fail(*state, "not on the screen: \"" + std::string(text) + "\"", file, line);
   return false;
 }
 
-bool Terminal::settle(int timeout, const char *file, int line) {
-  if (!lost && run_until_idle(*this, Clock::now() + milliseconds(timeout))) return true;
-  fail(*this, "the program does not come to rest", file, line);
-  return false;
-}
+bool Terminal::settle(int timeout, const char *file, int line) { return ::settle(*state, timeout, file, line); }
 
 int Terminal::wait_exit(int timeout, const char *file, int line) {
-  if (lost || !run_until_end(*this, timeout)) {
-    fail(*this, "the program goes on", file, line);
+  if (state->lost || !run_until_end(*state, timeout)) {
+    fail(*state, "the program goes on", file, line);
     return -1;
   }
-  pending = false;
-  fail_on_reports(*this);
-  return status;
+  state->pending = false;
+  fail_on_reports(*state);
+  return state->status;
 }
 
 std::string Terminal::screen() {
   std::string all;
-  for (const std::string &row : rows_of(settled(*this))) all += row + "\n";
+  for (const std::string &row : rows_of(settled(*state))) all += row + "\n";
   return all;
 }
 
-std::string Terminal::text(int row, int column, int width) { return cells_text(settled(*this), row, column, width); }
-Position Terminal::find(std::string_view text) { return find_now(settled(*this), text); }
-Cell Terminal::cell(int row, int column) { return read_cell(settled(*this), row, column); }
-bool Terminal::cursor_visible() { return settled(*this).shows_cursor; }
-int Terminal::bells() { return settled(*this).bell_count; }
-std::string Terminal::written() { return settled(*this).output; }
-bool Terminal::has_ended() { return settled(*this).ended; }
+std::string Terminal::text(int row, int column, int width) { return cells_text(settled(*state), row, column, width); }
+Position Terminal::find(std::string_view text) { return find_now(settled(*state), text); }
+ScreenCell Terminal::cell(int row, int column) { return read_cell(settled(*state), row, column); }
+bool Terminal::cursor_visible() { return settled(*state).shows_cursor; }
+int Terminal::bells() { return settled(*state).bell_count; }
+std::string Terminal::written() { return settled(*state).output; }
+bool Terminal::has_ended() { return settled(*state).ended; }
 
 Position Terminal::cursor() {
   VTermPos at{};
-  vterm_state_get_cursorpos(vterm_obtain_state(settled(*this).emulator.get()), &at);
+  vterm_state_get_cursorpos(vterm_obtain_state(settled(*state).emulator.get()), &at);
   return {at.row, at.col};
 }
 
 bool Terminal::given_back() {
   LineSettings now;
-  return settled(*this).shows_cursor && !other_screen && get_line_settings(number_of(slave), now) == 1 &&
-         now == line_settings;
+  return settled(*state).shows_cursor && !state->other_screen && get_line_settings(number_of(state->slave), now) == 1 &&
+         now == state->line_settings;
 }
 
-std::string Terminal::dump() const {
-  std::ostringstream text;
-  for (const std::string &row : rows_of(*this)) text << row << '\n';
-  VTermPos at{};
-  if (emulator) vterm_state_get_cursorpos(vterm_obtain_state(emulator.get()), &at);
-  text << "cursor " << (shows_cursor ? "at " : "hidden at ") << at.row << ", " << at.col;
-  if (ended) text << "; the program has ended with status " << status;
-  text << '\n';
-  return text.str();
-}
+std::string Terminal::dump() const { return ::dump(*state); }
 
 void Terminal::resize(int rows, int columns) {
-  vterm_set_size(settled(*this).emulator.get(), rows, columns);
-  set_size(*this, rows, columns);
-  pending = true;
+  vterm_set_size(settled(*state).emulator.get(), rows, columns);
+  set_size(*state, rows, columns);
+  state->pending = true;
 }
 
-void Terminal::hang_up() { settled(*this).master.reset(); }
+void Terminal::hang_up() { settled(*state).master.reset(); }
 
 void Terminal::send_signal(int number) {
-  kill(process, number);
-  pending = true;
+  kill(state->process, number);
+  state->pending = true;
 }
 
-std::string Terminal::path(std::string_view name) const { return directory + "/" + std::string(name); }
+pid_t Terminal::process() const { return state->process; }
+std::string Terminal::directory() const { return state->directory; }
+std::string Terminal::path(std::string_view name) const { return state->directory + "/" + std::string(name); }
 std::string Terminal::file(std::string_view name) const { return read_all(path(name)); }
 
 void Terminal::write_file(std::string_view name, std::string_view content) {
   std::ofstream stream(path(name), std::ios::binary | std::ios::trunc);
-  if (!(stream << content).flush()) fail(*this, "can't write " + std::string(name), __FILE__, __LINE__);
+  if (!(stream << content).flush()) fail(*state, "can't write " + std::string(name), __FILE__, __LINE__);
 }

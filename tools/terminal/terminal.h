@@ -17,19 +17,14 @@
 // texts are UTF-8, times are milliseconds.
 #pragma once
 
-#include <vterm.h>
+#include <sys/types.h>
 
-#include <chrono>
 #include <iosfwd>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "unixtools/linesettings.h"
-#include "util/files.h"
 
 // What a terminal of the type xterm-256color sends for its keys.
 struct Key {
@@ -43,7 +38,7 @@ inline constexpr Key Enter{"\r"}, KeypadEnter{"\033OM"}, Escape{"\033"}, Space{"
 // Colours of the terminal's palette; kDefault is the terminal's own foreground or background.
 inline constexpr int kDefault = -1, kBlack = 0, kRed = 1, kWhite = 7;
 
-struct Cell {
+struct ScreenCell {
   std::string text;  // one character (with its accents); empty in the right half of a wide one
   int foreground, background;
   bool bold, reverse, underline;
@@ -74,11 +69,11 @@ struct Timing {
   size_t bytes;
 };
 
+struct TerminalState;
+
 struct Terminal {
   // A new directory with the sample database and messages.dat in it; removed at the end.
   Terminal();
-  Terminal(const Terminal &) = delete;
-  Terminal &operator=(const Terminal &) = delete;
   // Hangs up on a program that still runs; it is a fault when it does not end then. A sanitizer's report is one, too,
   // whatever the program's status was.
   ~Terminal();
@@ -106,7 +101,7 @@ struct Terminal {
   std::string screen();                              // all rows without blanks at their ends
   std::string text(int row, int column, int width);  // the cells of `width` columns
   Position find(std::string_view text);              // its first place; {-1, -1} when it is in no row
-  Cell cell(int row, int column);
+  ScreenCell cell(int row, int column);
   Position cursor();
   bool cursor_visible();
   int bells();            // how often the program has beeped
@@ -121,35 +116,12 @@ struct Terminal {
   void hang_up();  // the terminal is gone
   void send_signal(int number);
 
+  pid_t process() const;  // that was started
+  std::string directory() const;
   std::string path(std::string_view name) const;
   std::string file(std::string_view name) const;  // its content; empty when there is none
   void write_file(std::string_view name, std::string_view content);
 
-  std::string directory;
-  pid_t process = 0;  // that was started
-
-  // ---- How it works inside; leave these alone
-
-  std::string root;  // holds the program's directory and reports/ of the sanitizers
-  std::optional<Descriptor> master, slave;
-  std::string slave_name;
-  std::optional<Descriptor> shell;  // its socket: tells the program's id and status, and ends when it is closed
-  pid_t shell_id = 0;               // leads the session, as a login shell does
-  LineSettings line_settings;       // at the start
-  bool ended = true;
-  int status = -1;
-
-  struct Closer {
-    void operator()(VTerm *opened) const { vterm_free(opened); }
-  };
-  std::unique_ptr<VTerm, Closer> emulator;
-  VTermScreen *cells = nullptr;
-  bool shows_cursor = true, other_screen = false;
-  int bell_count = 0;
-
-  std::string charset, output;
-  std::string unread;    // bytes of a character that is not whole yet
-  bool pending = false;  // something was sent since the terminal was last seen to be idle
-  bool lost = false;     // a wait has failed
-  std::chrono::steady_clock::time_point last_output;
+ private:
+  std::unique_ptr<TerminalState> state;
 };
