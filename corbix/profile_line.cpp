@@ -52,14 +52,28 @@ size_t append_bounded(char *out, size_t length, std::string_view text) {
   return length + text.size();
 }
 
-// What stands behind the first "="; false without one.
+// What of the text `text` is a value.
+std::string_view cut_value(std::string_view text, int mode) {
+  text = before(text, '\n');
+  return is_merge(mode) ? before(text, '#') : text;
+}
+
+// What stands after the first "="; false without one.
 bool find_value(std::string_view line, int mode, std::string_view &value) {
   const size_t equals = line.find('=');
-  value = {};
-  if (equals == std::string_view::npos) return false;
-  value = before(line.substr(equals + 1), '\n');
-  if (is_merge(mode)) value = before(value, '#');
-  return true;
+  const bool found = equals != std::string_view::npos;
+  value = found ? cut_value(line.substr(equals + 1), mode) : "";
+  return found;
+}
+
+void copy_trimmed(std::string_view value, char *out) {
+  size_t length = 0;
+  for (const char c : value) {
+    const bool dropped = c == '\t' || (c == ' ' && length == 0);
+    if (!dropped && length < kLongestText) out[length++] = c;
+  }
+  while (length > 0 && out[length - 1] == ' ') --length;
+  out[length] = '\0';
 }
 
 }  // namespace
@@ -187,15 +201,11 @@ int get_entry(std::string_view line, char *out, int mode) {
 int get_value(std::string_view line, char *out, int mode) {
   std::string_view value;
   const bool found = find_value(line, mode, value);
-  size_t length = 0;
-  for (const char c : value) {
-    const bool dropped = c == '\t' || (c == ' ' && length == 0);
-    if (!dropped && length < kLongestText) out[length++] = c;
-  }
-  while (length > 0 && out[length - 1] == ' ') --length;
-  out[length] = '\0';
+  copy_trimmed(value, out);
   return found;
 }
+
+void get_keyless_value(std::string_view line, char *out, int mode) { copy_trimmed(cut_value(line, mode), out); }
 
 int get_value_notrim(std::string_view line, char *out, int mode) {
   std::string_view value;

@@ -68,6 +68,8 @@ int get_entry(std::string_view line, char *out, int mode);
 // What stands behind the first "=": 1 when there is one, else "". Trimmed: tabs are dropped, blanks cut at both ends.
 int get_value(std::string_view line, char *out, int mode);
 int get_value_notrim(std::string_view line, char *out, int mode);
+// The whole line as get_value takes a value: what a line without a key is read as.
+void get_keyless_value(std::string_view line, char *out, int mode);
 // Ten blanks and the trailing "#" comment (only the blanks when there is none, result 0).
 inline constexpr std::string_view kCommentGap = "          ";
 int getComment(std::string_view line, char *out);

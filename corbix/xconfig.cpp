@@ -200,11 +200,25 @@ int save_profile(const ProfileRecord *record) {
   return replace_file(record->name, is_binary(record->mode) ? write_all_coded_lines(record) : write_all_lines(record));
 }
 
+int _discard_profile(ProfileRecord *record) {
+  if (record == nullptr || !record->is_open) return 0;
+  free_profile(record);
+  return 1;
+}
+
 int _close_profile(ProfileRecord *record) {
   if (record == nullptr || !record->is_open) return 0;
   int result = 1;
   if (is_write(record->mode) && record->modified) result = or_out_of_memory([&] { return save_profile(record); });
   free_profile(record);
+  return result;
+}
+
+int close_handle(ProfileHandle *handle, int (*close)(ProfileRecord *)) {
+  if (handle == nullptr || *handle == nullptr) return 0;
+  const int result = close(*handle);
+  delete *handle;
+  *handle = nullptr;
   return result;
 }
 
@@ -310,6 +324,8 @@ int XOpenProfile(const char *file, int mode) { return _open_profile(&OpProfile, 
 
 int XCloseProfile() { return _close_profile(&OpProfile); }
 
+int XDiscardProfile() { return _discard_profile(&OpProfile); }
+
 int XGetPrivateProfileString(const char *topic, const char *key, char *buffer, int) {
   return _get_private_profile_string(&OpProfile, topic, key, buffer);
 }
@@ -333,13 +349,9 @@ ProfileHandle XOpenProfileEx(const char *file, int mode) {
   return _open_profile(record.get(), file, mode) ? record.release() : nullptr;
 }
 
-int XCloseProfileEx(ProfileHandle *handle) {
-  if (handle == nullptr || *handle == nullptr) return 0;
-  const int result = _close_profile(*handle);
-  delete *handle;
-  *handle = nullptr;
-  return result;
-}
+int XCloseProfileEx(ProfileHandle *handle) { return close_handle(handle, _close_profile); }
+
+int XDiscardProfileEx(ProfileHandle *handle) { return close_handle(handle, _discard_profile); }
 
 int XGetPrivateProfileStringEx(ProfileHandle handle, const char *topic, const char *key, char *buffer, int) {
   return _get_private_profile_string(handle, topic, key, buffer);
@@ -352,6 +364,21 @@ int XGetPrivateProfileStringNoTrimEx(ProfileHandle handle, const char *topic, co
 int XSetPrivateProfileStringNoTrimEx(ProfileHandle handle, const char *topic, const char *key, const char *value,
                                      const char *) {
   return _set_private_profile_string(handle, topic, key, value);
+}
+
+bool XNextLineEx(ProfileHandle handle, ProfileText &line) {
+  if (handle == nullptr) return false;
+  const ProfileLine *place = line.place == nullptr ? &handle->first : line.place->next;
+  if (place == nullptr || place->txt == nullptr) return false;
+  std::string_view whole;
+  line.place = place;
+  line.is_generated = !written_text(*place, handle->mode, whole);
+  line.text = before_nul(whole);
+  line.has_nul = place->has_nul;
+  if (line.is_generated) return true;
+  if (!line.continues) ++line.number;
+  line.continues = !is_binary(handle->mode) && !whole.ends_with('\n') && place->next != nullptr;
+  return true;
 }
 
 // ---- One operation on a file ----------------------------------------------------------------------------------------

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <string_view>
 
+struct ProfileLine;
 struct ProfileRecord;
 using ProfileHandle = ProfileRecord *;
 
@@ -51,6 +52,9 @@ int XOpenProfile(const char *file, int mode);
 // 0: none was open, or the file could not be written: it is then as it was, and the changes are lost.
 int XCloseProfile();
 
+// Closes the profile without writing it; tests begin with it. 0: none was open.
+int XDiscardProfile();
+
 // Copies the value of `key` in `topic` into `buffer` (kValueBufferSize bytes, whatever `size` says; it is not used).
 // Tabs are dropped, blanks at both ends are cut; the NoTrim call keeps both. 1 also for a key without "=" (value "").
 // 0 when no profile is open, or topic or key is missing: `buffer` then keeps the caller's default.
@@ -68,13 +72,26 @@ int XSetPrivateProfileStringNoTrim(const char *topic, const char *key, const cha
 // ---- Profiles by handle ---------------------------------------------------------------------------------------------
 
 // As the simple calls, on a profile of the caller's. XOpenProfileEx returns null where XOpenProfile gives 0;
-// XCloseProfileEx frees the profile and sets the handle to null in every case.
+// XCloseProfileEx and XDiscardProfileEx free the profile and set the handle to null in every case.
 [[nodiscard]] ProfileHandle XOpenProfileEx(const char *file, int mode);
 int XCloseProfileEx(ProfileHandle *handle);
+int XDiscardProfileEx(ProfileHandle *handle);
 int XGetPrivateProfileStringEx(ProfileHandle handle, const char *topic, const char *key, char *buffer, int size);
 int XGetPrivateProfileStringNoTrimEx(ProfileHandle handle, const char *topic, const char *key, char *buffer, int size);
 int XSetPrivateProfileStringNoTrimEx(ProfileHandle handle, const char *topic, const char *key, const char *value,
                                      const char *file);
+
+// A line of a profile as its file has it, or a piece of a long one.
+struct ProfileText {
+  const ProfileLine *place = nullptr;  // in the walk; null before the first line
+  std::string_view text = {};          // with its line feed, but only up to a NUL; lives until the next set or close
+  int number = 0;                      // of the line, from 1
+  bool continues = false;              // the next text is of the same line
+  bool has_nul = false;                // the line ends at a NUL for everybody who reads it
+  bool is_generated = false;           // the topic in front of nameless entries, which the file does not have
+};
+// Moves `line` to the next line, at first to the first one. False when there is none.
+bool XNextLineEx(ProfileHandle handle, ProfileText &line);
 
 // ---- One operation on a file: open, get or set, close ---------------------------------------------------------------
 

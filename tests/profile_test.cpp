@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "corbix/profile_list.h"
+#include "corbix/profile_line.h"
 #include "corbix/xconfig.h"
 #include "tests/folder.h"
 #include "util/files.h"
@@ -69,7 +69,8 @@ TEST(ProfileLine, NumberSignInTheFirstColumnIsNoTrailingComment) {
 
 struct Profile : testing::Test {
   WorkingFolder folder{kMemoryFolder};
-  ~Profile() override { XCloseProfile(); }
+  Profile() { XDiscardProfile(); }
+  ~Profile() override { XDiscardProfile(); }
 
   // The value that "p" holds, or "(none)".
   static std::string get(int mode, const char *topic, const char *key) {
@@ -177,10 +178,43 @@ TEST_F(Profile, OpensAndClosesAsPromised) {
   EXPECT_STREQ(value, " 1");
   EXPECT_EQ(XSetPrivateProfileStringNoTrimEx(handle, "T", "k", "w", ""), 1);
   EXPECT_EQ(XGetPrivateProfileString("T", "k", value, 0), 0);  // of the one that is open beside it
-  EXPECT_EQ(XCloseProfile(), 1);
+  EXPECT_EQ(XDiscardProfile(), 1);
+  EXPECT_EQ(XDiscardProfile(), 0);
+  EXPECT_EQ(XDiscardProfileEx(&handle), 1);
+  EXPECT_EQ(get_file("p"), "a= 1\n");
+  handle = XOpenProfileEx("p", kWriteText);
+  EXPECT_EQ(XSetPrivateProfileStringNoTrimEx(handle, "T", "k", "w", ""), 1);
   std::filesystem::remove_all(folder.path);
   EXPECT_EQ(XCloseProfileEx(&handle), 0);  // nowhere to write it
   EXPECT_EQ(handle, nullptr);
+}
+
+TEST_F(Profile, WalksThroughItsLinesAsTheFileHasThem) {
+  const std::string piece(kTextPiece, 'x');
+  put_file("p", "#" + piece + "\n; c\nk=\0v\n\nkeyless\n[T]\nb=2"s);
+  const std::tuple<int, bool, bool, bool, std::string> lines[] = {
+      // number  continues  NUL  generated  text
+      {1, true, false, false, "#" + piece.substr(1)},
+      {1, true, false, true, std::string("[") + kTmpTopic + "]\n"},  // what is left of a long line is an entry
+      {1, false, false, false, "x\n"},
+      {2, false, false, false, "; c\n"},
+      {3, false, true, false, "k="},
+      {4, false, false, false, "\n"},
+      {5, false, false, false, "keyless\n"},
+      {6, false, false, false, "[T]\n"},
+      {7, false, false, false, "b=2"},
+  };
+  ProfileHandle handle = XOpenProfileEx("p", kReadText);
+  ProfileText line;
+  for (const auto &[number, continues, has_nul, is_generated, text] : lines) {
+    ASSERT_TRUE(XNextLineEx(handle, line));
+    EXPECT_EQ(std::tuple(line.number, line.continues, line.has_nul, line.is_generated),
+              std::tuple(number, continues, has_nul, is_generated))
+        << text;
+    EXPECT_EQ(line.text, text);
+  }
+  EXPECT_FALSE(XNextLineEx(handle, line));
+  XCloseProfileEx(&handle);
 }
 
 // ---- Coded files ----------------------------------------------------------------------------------------------------

@@ -26,13 +26,6 @@ struct Freer {
   void operator()(char *memory) const { std::free(memory); }
 };
 
-// What the store hands out of a line without a key.
-std::string record_text(std::string_view line) {
-  char value[kValueBufferSize];
-  get_value("=" + std::string(line), value, kReadCoded);
-  return value;
-}
-
 void begin_section(int number, std::string_view line, std::vector<DbSection> &sections,
                    std::vector<Finding> &findings) {
   char name[kValueBufferSize];
@@ -49,7 +42,9 @@ void begin_section(int number, std::string_view line, std::vector<DbSection> &se
 void add_line(int number, std::string_view line, DbSection &section, std::vector<Finding> &findings) {
   if (line.find('\t') != std::string_view::npos) findings.push_back({number, section.name, "line", "tabs are dropped"});
   auto &lines = has_key_entry(line) == 1 ? section.settings : section.records;
-  lines.push_back({number, record_text(line)});
+  char text[kValueBufferSize];
+  get_keyless_value(line, text, kReadCoded);
+  lines.push_back({number, text});
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <map>
 #include <string_view>
 
-#include "corbix/profile_list.h"
+#include "corbix/profile_line.h"
 #include "corbix/xconfig.h"
 #include "setup/check/faults.h"
 #include "setup/check/texts.h"
@@ -33,7 +33,6 @@ struct Walk {
   std::vector<KeyFinding> &findings;
   Part part = Part::start;
   int line = 0;
-  bool in_line = false;  // the text before was a piece of the same line
   int hidden_by = 0;
   std::map<const Setting *, int> lines = {};  // of the settings that were found
 };
@@ -100,20 +99,16 @@ void check_text(Walk &walk, std::string_view text) {
   }
 }
 
-void check_line(Walk &walk, const ProfileLine &line) {
-  std::string_view written;
-  if (!written_text(line, kReadText, written)) {
+void check_line(Walk &walk, const ProfileText &line) {
+  if (line.is_generated) {
     walk.part = Part::settings;
     return;
   }
-  const bool is_whole = written.ends_with('\n') || line.next == nullptr;
-  if (!walk.in_line) {
-    ++walk.line;
-    if (!is_whole) report(walk, nullptr, filled(pieces_label, {std::to_string(kTextPiece)}));
-  }
-  walk.in_line = !is_whole;
+  const bool is_rest = line.number == walk.line;
+  walk.line = line.number;
+  if (line.continues && !is_rest) report(walk, nullptr, filled(pieces_label, {std::to_string(kTextPiece)}));
   if (line.has_nul) report(walk, nullptr, nul_label[language]);
-  check_text(walk, text_of(line));
+  check_text(walk, line.text);
 }
 
 }  // namespace
@@ -123,9 +118,8 @@ Outcome check_configuration(const char *file, std::vector<KeyFinding> &findings)
   const OpenProfile profile(file, kReadText);
   if (profile.handle == nullptr || !init_config_vals(file)) return Outcome::file_unreadable;
   Walk walk = {findings};
-  for (const ProfileLine *line = &profile.handle->first; line != nullptr && line->txt != nullptr; line = line->next) {
-    check_line(walk, *line);
-  }
+  ProfileText line;
+  while (XNextLineEx(profile.handle, line)) check_line(walk, line);
   const auto has_line = [&walk](const Setting &setting) { return walk.lines.contains(&setting); };
   const Setting &model = *setting_of_key("UpsModel");
   if (!has_line(model)) findings.insert(findings.begin(), {0, model.key, no_model_label[language]});

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "corbix/profile_list.h"
+#include "corbix/profile_line.h"
 #include "corbix/xconfig.h"
 #include "setup/check/faults.h"
 #include "setup/check/texts.h"
@@ -81,10 +81,10 @@ void add_faults(const Change &change, std::vector<KeyFinding> &reasons) {
 // --- into the file
 
 // A file that begins with a topic has no place for settings: those that are set go behind its last topic.
-bool has_place(ProfileRecord &profile) {
-  if (search_topic(&profile.first, kTmpTopic, profile.hash, profile.mode) != nullptr) return true;
-  for (const ProfileLine *line = &profile.first; line != nullptr && line->txt != nullptr; line = line->next) {
-    if (is_topic(text_of(*line))) return false;
+bool has_place(ProfileHandle profile) {
+  ProfileText line;
+  while (XNextLineEx(profile, line)) {
+    if (is_topic(line.text)) return line.is_generated;
   }
   return true;
 }
@@ -105,7 +105,7 @@ int set_value(ProfileHandle profile, const Setting &setting, const std::string &
 // All that was given, and all that changed with it.
 void set_values(ProfileHandle profile, std::span<const Change> changes, std::span<const Stored> before,
                 std::vector<KeyFinding> &reasons) {
-  if (!has_place(*profile)) return reasons.push_back({0, "", no_place_label[language]});
+  if (!has_place(profile)) return reasons.push_back({0, "", no_place_label[language]});
   for (size_t i = 0; i < before.size(); ++i) {
     const Setting &setting = *all_settings()[i];
     const Stored stored = stored_value(setting);
@@ -121,10 +121,11 @@ Outcome write_changes(const char *file, std::span<const Change> changes, std::sp
   ProfileHandle profile = XOpenProfileEx(file, kWriteText);
   if (profile == nullptr) return Outcome::file_unwritable;
   set_values(profile, changes, before, reasons);
-  const bool refused = !reasons.empty();
-  if (refused) profile->modified = 0;  // nothing of it may reach the file
-  const int closed = XCloseProfileEx(&profile);
-  return refused ? Outcome::refused : closed ? Outcome::done : Outcome::file_unwritable;
+  if (!reasons.empty()) {
+    XDiscardProfileEx(&profile);
+    return Outcome::refused;
+  }
+  return XCloseProfileEx(&profile) ? Outcome::done : Outcome::file_unwritable;
 }
 
 }  // namespace
