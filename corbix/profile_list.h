@@ -42,6 +42,7 @@ struct ProfileRecord {
   int mode;
   HashHandle hash;
   int modified;
+  int out_of_memory;  // for a set: what the close would write is not all that was set
   LinePool pool;
 };
 

@@ -149,24 +149,29 @@ size_t size_of_lines(const std::string &content, int mode) {
   return (lines / kNodesAtOnce + 1) * kNodesAtOnce * sizeof(ProfileLine);
 }
 
+// The lines of the content, or of the file where that is empty.
 int load_profile(ProfileRecord *record) {
   LinePool &pool = record->pool;
-  if (!read_file(record->name, pool.content)) return 0;
+  if (pool.content.empty() && !read_file(record->name, pool.content)) return 0;
   pool.memory.emplace(size_of_lines(pool.content, record->mode));
   return is_binary(record->mode) ? read_all_coded_lines(record) : read_all_lines(record);
 }
 
-int _open_profile(ProfileRecord *record, const char *file, int mode) {
+int _open_profile(ProfileRecord *record, const char *file, int mode, std::string_view text = {}) {
   if (record == nullptr || file == nullptr || !is_valid_mode(mode)) return 0;
   if (record->is_open) return 1;
   if (std::strlen(file) >= sizeof record->name) return 0;
-  if (is_write(mode) && !prepare_file(file, mode)) return 0;
+  if (is_write(mode) && text.empty() && !prepare_file(file, mode)) return 0;
   cpynstr(record->name, file);
   record->mode = mode;
-  record->modified = 0;
+  record->modified = text.empty() ? 0 : 1;
+  record->out_of_memory = 0;
   record->first = {};
   if (!initHashTable(&record->hash)) return 0;
-  record->is_open = or_out_of_memory([&] { return load_profile(record); });
+  record->is_open = or_out_of_memory([&] {
+    record->pool.content = text;
+    return load_profile(record);
+  });
   if (!record->is_open) free_profile(record);
   return record->is_open;
 }
@@ -209,7 +214,9 @@ int _discard_profile(ProfileRecord *record) {
 int _close_profile(ProfileRecord *record) {
   if (record == nullptr || !record->is_open) return 0;
   int result = 1;
-  if (is_write(record->mode) && record->modified) result = or_out_of_memory([&] { return save_profile(record); });
+  if (is_write(record->mode) && record->modified) {
+    result = !record->out_of_memory && or_out_of_memory([&] { return save_profile(record); });
+  }
   free_profile(record);
   return result;
 }
@@ -289,13 +296,19 @@ int set_string(ProfileRecord *record, std::string_view topic, std::string_view k
   const int result = topic_line != nullptr ? set_in_topic(record, topic_line, key, value)
                                            : set_in_new_topic(record, topic, key, value);
   if (result) record->modified = 1;
+  if (!result && !key.empty() && !value.empty()) record->out_of_memory = 1;
   return result;
 }
 
 int _set_private_profile_string(ProfileRecord *record, const char *topic, const char *key, const char *value) {
   if (record == nullptr || !record->is_open || !is_write(record->mode)) return 0;
   if (topic == nullptr || key == nullptr || value == nullptr) return 0;
-  return or_out_of_memory([&] { return set_string(record, topic, key, value); });
+  try {
+    return set_string(record, topic, key, value);
+  } catch (const std::bad_alloc &) {
+    record->out_of_memory = 1;
+    return 0;
+  }
 }
 
 int read_once(const char *topic, const char *key, char *buffer, const char *file, int mode) {
@@ -321,6 +334,10 @@ int GetMaxCfgBuf() { return kValueBufferSize; }
 // ---- The one profile of the simple calls ----------------------------------------------------------------------------
 
 int XOpenProfile(const char *file, int mode) { return _open_profile(&OpProfile, file, mode); }
+
+int XCreateProfile(const char *file, std::string_view text) {
+  return _open_profile(&OpProfile, file, kWriteText, text);
+}
 
 int XCloseProfile() { return _close_profile(&OpProfile); }
 
@@ -365,6 +382,8 @@ int XSetPrivateProfileStringNoTrimEx(ProfileHandle handle, const char *topic, co
                                      const char *) {
   return _set_private_profile_string(handle, topic, key, value);
 }
+
+bool XNextLine(ProfileText &line) { return OpProfile.is_open && XNextLineEx(&OpProfile, line); }
 
 bool XNextLineEx(ProfileHandle handle, ProfileText &line) {
   if (handle == nullptr) return false;

@@ -47,9 +47,12 @@ inline constexpr const char *kTmpKey = "@$tmp_key$@";
 // While a profile is open, another open gives 1 and changes nothing: close first.
 // 0: wrong mode, no such file, not readable (a directory too), a name of more than 255 characters, out of memory.
 int XOpenProfile(const char *file, int mode);
+// The same, in kWriteText, for a file that is not there yet and begins with `text` (not empty): the close creates it.
+int XCreateProfile(const char *file, std::string_view text);
 
 // Closes the profile; when it was set anything in a write mode, writes it as replace_file() does.
-// 0: none was open, or the file could not be written: it is then as it was, and the changes are lost.
+// 0: none was open, memory ran out for something that was set, or the file could not be written: it is then as it was,
+// and the changes are lost.
 int XCloseProfile();
 
 // Closes the profile without writing it; tests begin with it. 0: none was open.
@@ -91,6 +94,7 @@ struct ProfileText {
   bool is_generated = false;           // the topic in front of nameless entries, which the file does not have
 };
 // Moves `line` to the next line, at first to the first one. False when there is none.
+bool XNextLine(ProfileText &line);
 bool XNextLineEx(ProfileHandle handle, ProfileText &line);
 
 // ---- One operation on a file: open, get or set, close ---------------------------------------------------------------

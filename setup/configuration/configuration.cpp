@@ -22,17 +22,17 @@ namespace {
 constexpr char kHeader[] = "#\n#  KAVLON Pro Configuration\n#\n\n";
 static_assert(sizeof kHeader - 1 == 33);
 
-struct SectionWriter {
-  const char *name;
-  int (*save)(const char *file);
+struct Section {
+  const char *name;  // in the trace
+  int (*write)();    // into the open profile
 };
-constexpr SectionWriter kSections[] = {
+constexpr Section kSections[] = {
     // clang-format off
-    {"save_std_cfg",       save_std_cfg},
-    {"save_custom_cfg",    save_custom_cfg},
-    {"save_path_cfg",      save_path_cfg},
-    {"save_mail_cfg",      save_mail_cfg},
-    {"save_new_event_cfg", save_new_event_cfg},
+    {"save_std_cfg",       write_std},
+    {"save_custom_cfg",    write_custom},
+    {"save_path_cfg",      write_path},
+    {"save_mail_cfg",      write_mail},
+    {"save_new_event_cfg", write_event_lists},
     // clang-format on
 };
 
@@ -88,6 +88,10 @@ void trace_defaults() {
                                                             : setting->fallback;
     myfprintf("cfgmask: init_new_config_vals: %s = |%s|\n", name, text.c_str());
   }
+}
+
+void trace_section(const char *name, bool ok) {
+  if (debugLevel > kTraceResults) myfprintf("%s() %s\n", name, ok ? "ok" : "failed");
 }
 
 }  // namespace
@@ -162,17 +166,12 @@ std::vector<std::string> default_values() {
 int save_configuration(const char *file) {
   Descriptor lock;  // sections of two programs that save at the same time must not mix
   if (!lock_for_saving(file, lock)) return 0;
-  if (!does_file_exist(file, 1) && !replace_file(file, kHeader)) return 0;
-  int result = 1;
-  for (const SectionWriter &section : kSections) {
-    const int saved = section.save(file);
-    if (saved == 0) {
-      XCloseProfile();
-      result = 0;
-    }
-    if (debugLevel > kTraceResults) myfprintf("%s() %s\n", section.name, saved > 0 ? "ok" : "failed");
-  }
-  return result;
+  if (!(does_file_exist(file, 1) ? XOpenProfile(file, kWriteText) : XCreateProfile(file, kHeader))) return 0;
+  std::array<int, std::size(kSections)> written = {};
+  for (size_t i = 0; i < written.size(); ++i) written[i] = kSections[i].write();
+  const int closed = XCloseProfile();
+  for (size_t i = 0; i < written.size(); ++i) trace_section(kSections[i].name, closed && written[i]);
+  return closed && std::ranges::find(written, 0) == written.end();
 }
 
 void choose_model(const char *name) {

@@ -95,17 +95,21 @@ int init_event_strings(const char *cfg_path) {
   return lists;
 }
 
-int save_new_event_cfg(const char *cfg_path) {
-  if (!XOpenProfile(cfg_path, kWriteText)) return 0;
+int write_event_lists() {
   for (int event = 0; event < EventStrings.nCount; ++event) {
     const char *jobs = CStrArr_GetStr(&EventStrings, event);
     const bool empty = *jobs == '\0';
     if (empty && debugLevel > kTraceResults) myfprintf("saving empty Event %d\n", event);
-    const int written = XSetPrivateProfileString(kTmpTopic, event_key(event), jobs, cfg_path);
-    // kept: no close here, what was set so far is not written by this call
-    if (!written && !empty) return 0;
+    if (!XSetPrivateProfileString(kTmpTopic, event_key(event), jobs, "") && !empty) return 0;
   }
-  return XCloseProfile() ? EventStrings.nCount : 0;
+  return EventStrings.nCount;
+}
+
+int save_new_event_cfg(const char *cfg_path) {
+  if (!XOpenProfile(cfg_path, kWriteText)) return 0;
+  const int lists = write_event_lists();
+  // kept: a refused list leaves the profile open, what was set so far is not written by this call
+  return lists > 0 && XCloseProfile() ? lists : 0;
 }
 
 int reset_lists_for_model(const char *ups_type) {

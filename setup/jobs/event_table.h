@@ -41,6 +41,8 @@ void remember_lists_model();
 // Writes the lists, empty ones too (which removes their keys). Returns the number of lists dealt with; or 0 when one
 // that is not empty was refused, the profile then stays open, or when the file could not be written.
 [[nodiscard]] int save_new_event_cfg(const char *cfg_path);
+// The same into the open profile, which stays open.
+[[nodiscard]] int write_event_lists();
 
 // What the editor does when it starts: for another model than before, and when there are no lists yet, all lists become
 // the defaults. Returns DbEventListCnt.

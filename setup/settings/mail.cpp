@@ -31,8 +31,6 @@ void read_mail_cfg(const char *) {
   load_settings(kOrder);
 }
 
-int save_mail_cfg(const char *file) { return write_section(file, {kMailSettings}); }
-
 bool keeps_smtp_user() {
   char word[256];
   return std::strcmp(Xstrupr(text_in(field_of_mask(kMaskMail, kMailEnableFlag), word)), "YES") == 0;

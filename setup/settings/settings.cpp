@@ -71,6 +71,27 @@ void trace_password() {
   if (debugLevel > kTraceDetails) myfprintf("CustomRec.password=%s!%d\n", password, lenstr(password));
 }
 
+int write_rows(std::initializer_list<std::span<const Setting>> sections) {
+  bool written = false;
+  for (const std::span<const Setting> settings : sections) {
+    for (const Setting &setting : settings) {
+      std::string value;
+      const WriteRule rule = setting.in_file.rule;
+      const bool wanted = (rule != WriteRule::follows || written) && value_of(setting, value);
+      written = wanted && XSetPrivateProfileString(kTmpTopic, setting.key, value.c_str(), "");
+      const bool may_fail = rule == WriteRule::ignored || (rule == WriteRule::empty_may_fail && value.empty());
+      if (wanted && !written && !may_fail) return 0;
+    }
+  }
+  return 1;
+}
+
+int save_section(const char *file, int (*write)()) {
+  if (!XOpenProfile(file, kWriteText)) return 0;
+  const int written = write();
+  return XCloseProfile() && written;
+}
+
 }  // namespace
 
 // --- fields
@@ -192,33 +213,22 @@ const std::string *text_in_file(const Setting &setting) {
 
 void forget_file() { loaded_texts.clear(); }
 
-int write_section(const char *file, std::initializer_list<std::span<const Setting>> sections) {
-  if (!XOpenProfile(file, kWriteText)) return 0;
-  bool chain = true;
-  bool written = false;
-  for (const std::span<const Setting> settings : sections) {
-    for (const Setting &setting : settings) {
-      if (!chain) break;
-      std::string value;
-      const WriteRule rule = setting.in_file.rule;
-      const bool wanted = (rule != WriteRule::follows || written) && value_of(setting, value);
-      written = wanted && XSetPrivateProfileString(kTmpTopic, setting.key, value.c_str(), file);
-      const bool may_fail = rule == WriteRule::ignored || (rule == WriteRule::empty_may_fail && value.empty());
-      chain = !wanted || written || may_fail;
-    }
-  }
-  return XCloseProfile() && chain;
-}
-
-int save_std_cfg(const char *file) { return write_section(file, {kUpsSettings}); }
-int save_custom_cfg(const char *file) {
+int write_std() { return write_rows({kUpsSettings}); }
+int write_custom() {
   trace_password();
-  return write_section(file, {kSystemSettings});
+  return write_rows({kSystemSettings});
 }
-int save_path_cfg(const char *file) { return write_section(file, {kPathSettings}); }
+int write_path() { return write_rows({kPathSettings}); }
+int write_mail() { return write_rows({kMailSettings}); }
 // kept: the network role stands in front of the extra jobs too
-int save_special_cfg(const char *file) { return write_section(file, {{kSystemSettings.data(), 1}, kExtraJobSettings}); }
+int write_special() { return write_rows({{kSystemSettings.data(), 1}, kExtraJobSettings}); }
 static_assert(kSystemSettings[0].key == std::string_view("NetTyp"));
+
+int save_std_cfg(const char *file) { return save_section(file, write_std); }
+int save_custom_cfg(const char *file) { return save_section(file, write_custom); }
+int save_path_cfg(const char *file) { return save_section(file, write_path); }
+int save_mail_cfg(const char *file) { return save_section(file, write_mail); }
+int save_special_cfg(const char *file) { return save_section(file, write_special); }
 
 bool is_same_value(const Setting &setting, std::string_view a, std::string_view b) {
   double left = 0;

@@ -62,13 +62,17 @@ const std::string *text_in_file(const Setting &setting);
 // Nothing was loaded yet.
 void forget_file();
 
-// Writes the sections' rows in their order into the configuration `file`, after which the file is closed. 1; or 0 when
-// it can't be opened (nothing is written), when a key that counts was refused (the keys after it are skipped) or when
-// the file could not be replaced (it is then as it was).
-int write_section(const char *file, std::initializer_list<std::span<const Setting>> sections);
+// The sections of single masks, their rows in order, into the open profile. 1; or 0 when a key that counts was refused:
+// the keys after it are skipped. A number outside its range is left out: the file keeps its earlier value, and that is
+// no failure.
+int write_std();
+int write_custom();
+int write_path();
+int write_mail();
+int write_special();
 
-// The writers of single masks: each a read-modify-write of `file` in which only the named keys change. 1, or 0 when a
-// key was not stored. A number outside its range is left out: the file keeps its earlier value, and that is no failure.
+// The writers of single masks: each a read-modify-write of `file` in which only the named keys change. 1; or 0 when the
+// section gives 0, when the file can't be opened, or when it could not be replaced (it is then as it was).
 int save_std_cfg(const char *file);
 int save_custom_cfg(const char *file);
 int save_path_cfg(const char *file);
