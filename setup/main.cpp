@@ -72,6 +72,7 @@ int main(int argc, char *argv[]) {
   init_screen();
   const bool ran = run_on_screen();
   end_screen();
+  for (const std::string &line : save_report()) print_text(stderr, ("kavsetup: " + line + "\n").c_str());
   if (!ran) print_text(stderr, (std::string(err_start[language]) + "\n").c_str());
   return EXIT_FAILURE;  // kept: scripts in the field expect 1 from every session
 }

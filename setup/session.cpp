@@ -12,8 +12,12 @@
 #include "screen/menu.h"
 #include "screen/texts.h"
 #include "setup/cfgmask/masks.h"
+#include "setup/check/check.h"
+#include "setup/configuration/changes.h"
 #include "setup/configuration/configuration.h"
+#include "setup/configuration/texts.h"
 #include "setup/events_cfg/events.h"
+#include "setup/forms/forms.h"
 #include "setup/mail/mail.h"
 #include "setup/options.h"
 #include "setup/texts.h"
@@ -40,8 +44,32 @@ void show_file_missing(WINDOW *win, const char *file) {
   winkey(win);
 }
 
+std::string standing;  // the first that is wrong with the file, or what an earlier session left; written at the start
+
+// What can be known before of a save that would fail goes before what is wrong with the file.
+std::string tell_standing() {
+  const std::string obstacle = obstacle_to_saving(kConfigurationFile);
+  return obstacle.empty() ? standing : obstacle;
+}
+
+std::string first_finding(const char *file) {
+  std::vector<KeyFinding> findings;
+  if (check_file(file, findings) != Outcome::done) return "";
+  const auto found = std::ranges::find_if(findings, [](const KeyFinding &finding) { return finding.line > 0; });
+  if (found == findings.end()) return "";
+  const std::string key = found->key.empty() ? "" : found->key + ": ";
+  return std::string(file) + ":" + std::to_string(found->line) + ": " + key + found->text;
+}
+
+void find_standing(const char *file) {
+  const std::string unsaved = unsaved_file(file);
+  standing = does_file_exist(unsaved.c_str(), 1) ? filled(unsaved_label, {unsaved}) : first_finding(file);
+  standing_notice = tell_standing;
+}
+
 // 1 when the settings are there; else the person was told why not.
 int load_existing(WINDOW *win, const char *file) {
+  find_standing(file);
   if (init_config_vals(file)) return 1;
   XCloseProfile();
   show_file_missing(win, file);
@@ -49,6 +77,7 @@ int load_existing(WINDOW *win, const char *file) {
 }
 
 int prepare_new(WINDOW *win, const char *file) {
+  find_standing(file);
   if (!init_new_config_vals()) {
     show_file_box(win, file_exists_label, file);
     return 0;
@@ -89,7 +118,9 @@ int act_on(int choice, WINDOW *win, const char *file, int32_t attr) {
     case kSpacer:
       return 1;
     case kSave:
-      return !save_configuration(file);
+      if (save_configuration(file)) return 0;
+      dobeep(1);
+      return 1;
     default:
       return 0;
   }

@@ -1,4 +1,11 @@
 // kavcfg: what it refuses, finds and changes, by the built program in a folder of its own.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <map>
+#include <random>
+#include <span>
+
 #include "setup/check/job_faults.h"
 #include "setup/configuration/configuration.h"
 #include "setup/jobs/texts.h"
@@ -179,6 +186,110 @@ TEST_F(Kavcfg, TellsMisuseFromFailure) {
     EXPECT_EQ(kavcfg(words).status, 1) << words;
   }
   EXPECT_FALSE(std::filesystem::exists("none"));
+}
+
+// --- two writers of one file
+
+// The settings that the rounds change, with numbers as values.
+struct Shared {
+  const char *key;
+  RecordField place;
+};
+constexpr int kUsual = 50;
+
+std::map<std::string, int> random_changes(std::mt19937 &random, std::span<const Shared> settings) {
+  std::map<std::string, int> changes;
+  for (const Shared &setting : settings) {
+    if (random() % 3 == 0) changes[setting.key] = static_cast<int>(random() % 90) + 1;
+  }
+  return changes;
+}
+
+void change_records(std::span<const Shared> settings, const std::map<std::string, int> &changes) {
+  for (const auto &[key, place] : settings) {
+    const auto change = changes.find(key);
+    if (change == changes.end()) continue;
+    put_field(place.record, place.table, place.field, std::to_string(change->second).c_str());
+  }
+}
+
+std::map<std::string, int> numbers_in_file(std::span<const Shared> settings) {
+  std::vector<std::string> values;
+  EXPECT_EQ(values_of_file("ups.cfg", values), 1);
+  std::map<std::string, int> numbers;
+  for (size_t i = 0; i < values.size(); ++i) {
+    for (const Shared &setting : settings) {
+      if (setting.key == std::string(all_settings()[i]->key)) numbers[setting.key] = std::stoi(values[i]);
+    }
+  }
+  return numbers;
+}
+
+// What another program does to the file while the session has it open.
+using Writer = void (*)(std::span<const Shared> settings, const std::map<std::string, int> &changes);
+
+void write_by_kavcfg(std::span<const Shared>, const std::map<std::string, int> &changes) {
+  std::string words = "set";
+  for (const auto &[key, value] : changes) words += " " + key + "=" + std::to_string(value);
+  EXPECT_TRUE(changes.empty() || kavcfg(words) == (Result{0, ""}));
+}
+
+void write_by_editor(std::span<const Shared>, const std::map<std::string, int> &changes) {
+  std::string content = get_file("ups.cfg");
+  for (const auto &[key, value] : changes) {
+    const size_t line = content.find("\n" + key + "=") + 1;
+    content.replace(line, content.find('\n', line) - line, key + "=" + std::to_string(value) + "  ");
+  }
+  put_file("ups.cfg", content);
+}
+
+void write_by_session(std::span<const Shared> settings, const std::map<std::string, int> &changes) {
+  const pid_t child = fork();
+  if (child == 0) {
+    const bool loaded = init_config_vals("ups.cfg") != 0;
+    change_records(settings, changes);
+    _exit(loaded && save_configuration("ups.cfg") ? 0 : 1);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+}
+
+TEST_F(Kavcfg, ASessionKeepsWhatOthersChangedMeanwhile) {
+  const WorkingFolder here(kMemoryFolder);
+  init_all_tabs();
+  const std::vector<Shared> settings = {
+      {"LogMaxHours", field_of_mask(kMaskUps, kLogLimit)},
+      {"UpsHoldMins", field_of_mask(kMaskUps, kHoldMinutes)},
+      {"SysDownMins", field_of_mask(kMaskSystem, kShutdownMinutes)},
+      {"FixedDownTime", field_of_mask(kMaskSystem, kFixedDownTime)},
+      {"DataLoggingSize", field_of_mask(kMaskPaths, kDataLogSize)},
+  };
+  std::mt19937 random(11);
+  constexpr Writer kWriters[] = {write_by_kavcfg, write_by_editor, write_by_session};
+  for (const Writer write : kWriters) {
+    std::string content = "UpsModel=K-TRN010VQ-100\n";
+    for (const Shared &setting : settings) content += std::string(setting.key) + "=" + std::to_string(kUsual) + "\n";
+    put_file("ups.cfg", content);
+    for (int round = 0; round < 200 && !HasFailure(); ++round) {
+      ASSERT_EQ(init_config_vals("ups.cfg"), 1);
+      std::map<std::string, int> expected = numbers_in_file(settings);
+      const std::map<std::string, int> mine = random_changes(random, settings);
+      const std::map<std::string, int> theirs = random_changes(random, settings);
+      size_t told = 0;
+      for (auto &[key, number] : expected) {
+        const int by_me = mine.contains(key) ? mine.at(key) : number;
+        const int by_them = theirs.contains(key) ? theirs.at(key) : number;
+        told += by_them != number && (by_me == number || by_me != by_them);
+        number = by_me != number ? by_me : by_them;
+      }
+      write(settings, theirs);
+      change_records(settings, mine);
+      ASSERT_EQ(save_configuration("ups.cfg"), 1);
+      EXPECT_EQ(numbers_in_file(settings), expected);
+      EXPECT_EQ(save_report().size(), told);
+    }
+  }
 }
 
 }  // namespace

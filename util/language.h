@@ -2,6 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <string_view>
 
 // 0 English, 1 Japanese. Written once by the command line, read by every screen.
 extern int32_t language;
@@ -9,3 +12,6 @@ extern int32_t language;
 // A text that a person sees: English, then Japanese (UTF-8 in the repository, EUC-JP in the program).
 // Use it as label[language]. A table of labels is an array of them: the pairs lie one behind the other.
 using Label = const char *const[2];
+
+// A label in the current language, each "%s" replaced by the next of `values`.
+std::string filled(Label &label, std::initializer_list<std::string_view> values);

@@ -12,15 +12,6 @@
 
 namespace {
 
-// A profile that is closed at the end of its scope.
-struct OpenProfile {
-  ProfileHandle handle;
-  OpenProfile(const char *file, int mode) : handle(XOpenProfileEx(file, mode)) {}
-  OpenProfile(const OpenProfile &) = delete;
-  OpenProfile &operator=(const OpenProfile &) = delete;
-  ~OpenProfile() { XCloseProfileEx(&handle); }
-};
-
 // The part of the file that a line stands in.
 enum class Part {
   start,     // neither a setting nor a topic so far
@@ -113,15 +104,19 @@ void check_line(Walk &walk, const ProfileText &line) {
 
 }  // namespace
 
-Outcome check_configuration(const char *file, std::vector<KeyFinding> &findings) {
-  if (!InitUpsTypeArray()) return Outcome::database_unreadable;
-  const OpenProfile profile(file, kReadText);
-  if (profile.handle == nullptr || !init_config_vals(file)) return Outcome::file_unreadable;
+Outcome check_file(const char *file, std::vector<KeyFinding> &findings) {
+  if (!XOpenProfile(file, kReadText)) return Outcome::file_unreadable;
+  const int loaded = load_configuration();
   Walk walk = {findings};
   ProfileText line;
-  while (XNextLineEx(profile.handle, line)) check_line(walk, line);
-  const auto has_line = [&walk](const Setting &setting) { return walk.lines.contains(&setting); };
+  while (loaded && XNextLine(line)) check_line(walk, line);
+  XCloseProfile();
+  if (!loaded) return Outcome::file_unreadable;
   const Setting &model = *setting_of_key("UpsModel");
-  if (!has_line(model)) findings.insert(findings.begin(), {0, model.key, no_model_label[language]});
+  if (!walk.lines.contains(&model)) findings.insert(findings.begin(), {0, model.key, no_model_label[language]});
   return Outcome::done;
+}
+
+Outcome check_configuration(const char *file, std::vector<KeyFinding> &findings) {
+  return InitUpsTypeArray() ? check_file(file, findings) : Outcome::database_unreadable;
 }

@@ -15,5 +15,6 @@ struct KeyFinding {
 enum class Outcome { done, refused, file_unreadable, file_unwritable, database_unreadable };
 
 // Loads `file` into the records and appends everything that is wrong with it, in the order of the lines. done; or
-// file_unreadable or database_unreadable, nothing appended.
+// file_unreadable or database_unreadable, nothing appended. check_file needs the models (InitUpsTypeArray).
+[[nodiscard]] Outcome check_file(const char *file, std::vector<KeyFinding> &findings);
 [[nodiscard]] Outcome check_configuration(const char *file, std::vector<KeyFinding> &findings);

@@ -98,15 +98,3 @@ std::string fault_of_text(const FieldDescriptor &field, std::string_view text) {
   if (is_number || text.size() <= field.length) return "";
   return filled(too_long_label, {std::to_string(field.length)});
 }
-
-std::string filled(Label &label, std::initializer_list<std::string_view> values) {
-  std::string text = label[language];
-  size_t at = 0;
-  for (const std::string_view value : values) {
-    at = text.find("%s", at);
-    if (at == std::string::npos) break;
-    text.replace(at, 2, value);
-    at += value.size();
-  }
-  return text;
-}

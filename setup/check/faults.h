@@ -1,7 +1,6 @@
 // Why a value is not accepted: what the masks would not take, and what the file would not give back.
 #pragma once
 
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +14,3 @@ std::vector<std::string> faults_of(const Setting &setting, const std::string &ty
 
 // The first fault of a text in a field of that kind: its characters and its length; "" for none.
 std::string fault_of_text(const FieldDescriptor &field, std::string_view text);
-
-// A label in the current language, each "%s" replaced by the next of `values`.
-std::string filled(Label &label, std::initializer_list<std::string_view> values);

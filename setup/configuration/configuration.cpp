@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
 
+#include "setup/configuration/changes.h"
+#include "setup/configuration/texts.h"
 #include "setup/jobs/catalogue.h"
 #include "setup/jobs/event_table.h"
 #include "setup/settings/models.h"
@@ -90,6 +93,17 @@ void trace_defaults() {
   }
 }
 
+std::vector<std::string> report;  // of the last save
+
+std::string reason_of(int error) {
+  return error == EWOULDBLOCK ? lock_held_label[language] : std::string(std::strerror(error));
+}
+
+int not_saved(const char *file, int error) {
+  report = {filled(not_saved_label, {file, reason_of(error)})};
+  return 0;
+}
+
 void trace_section(const char *name, bool ok) {
   if (debugLevel > kTraceResults) myfprintf("%s() %s\n", name, ok ? "ok" : "failed");
 }
@@ -113,20 +127,24 @@ void init_all_tabs() {
   init_function_tab();
 }
 
+int load_configuration() {
+  forget_file();
+  if (!load_event_strings()) return 0;
+  load_settings(core_settings());
+  read_mail_cfg("");
+  for (const Setting *setting : all_settings()) {
+    if (!can_be_set(*setting)) note_text_in_file(*setting);
+  }
+  remember_lists_model();
+  return 1;
+}
+
 int init_config_vals(const char *file) {
   if (!XOpenProfile(file, kReadText)) return 0;
-  forget_file();
-  const int lists = load_event_strings();
-  if (lists > 0) {
-    load_settings(core_settings());
-    read_mail_cfg(file);
-    for (const Setting *setting : all_settings()) {
-      if (setting->fallback == nullptr) note_text_in_file(*setting);
-    }
-    remember_lists_model();
-  }
+  const int loaded = load_configuration();
   XCloseProfile();
-  return lists > 0;
+  if (loaded) begin_changes();
+  return loaded;
 }
 
 int init_new_config_vals() {
@@ -140,6 +158,7 @@ int init_new_config_vals() {
   init_mail_cfg();
   XCloseProfile();
   reset_job_lists("No UPS model defined");
+  begin_changes();
   return 1;
 }
 
@@ -164,14 +183,35 @@ std::vector<std::string> default_values() {
 }
 
 int save_configuration(const char *file) {
-  Descriptor lock;  // sections of two programs that save at the same time must not mix
-  if (!lock_for_saving(file, lock)) return 0;
-  if (!(does_file_exist(file, 1) ? XOpenProfile(file, kWriteText) : XCreateProfile(file, kHeader))) return 0;
+  Descriptor lock;  // two programs that save at the same time must not mix
+  if (!lock_for_saving(file, lock)) return not_saved(file, errno);
+  const bool exists = does_file_exist(file, 1) != 0;
+  if (!(exists ? XOpenProfile(file, kWriteText) : XCreateProfile(file, kHeader))) return not_saved(file, errno);
+  const std::vector<std::string> others = leave_changes_of_others(file);
   std::array<int, std::size(kSections)> written = {};
   for (size_t i = 0; i < written.size(); ++i) written[i] = kSections[i].write();
+  const bool all_written = std::ranges::find(written, 0) == written.end();
   const int closed = XCloseProfile();
+  const int error = errno;
   for (size_t i = 0; i < written.size(); ++i) trace_section(kSections[i].name, closed && written[i]);
-  return closed && std::ranges::find(written, 0) == written.end();
+  if (!closed) return not_saved(file, error);
+  report = others;
+  if (all_written) {
+    unlink(unsaved_file(file).c_str());
+  } else {
+    report.push_back(filled(refused_label, {file, refused_key()}));
+    take_over_written(file);
+  }
+  return all_written;
+}
+
+const std::vector<std::string> &save_report() { return report; }
+
+std::string obstacle_to_saving(const char *file) {
+  Descriptor lock;
+  const bool exists = does_file_exist(file, 1) != 0;
+  const int error = access(exists ? file : ".", W_OK) != 0 ? errno : lock_for_saving(file, lock, 0) ? 0 : errno;
+  return error == 0 ? "" : filled(unsavable_label, {file, reason_of(error)});
 }
 
 void choose_model(const char *name) {

@@ -23,6 +23,8 @@ void init_all_tabs();
 // All records from the configuration `file`, missing keys from the defaults: 1, or 0 (records untouched) when it can't
 // be opened.
 int init_config_vals(const char *file);
+// The same from the open profile; 0, settings untouched, when memory runs out.
+int load_configuration();
 // All records to the defaults of a new file; 1.
 int init_new_config_vals();
 
@@ -32,9 +34,14 @@ int init_new_config_vals();
 [[nodiscard]] int values_of_file(const char *file, std::vector<std::string> &values);
 std::vector<std::string> default_values();
 
-// Writes all sections into `file`, which is created when it is missing. 1, or 0 when a section (the others are written
-// all the same) or the file could not be written.
+// Writes all sections into `file`, which is created when it is missing, in one replacement: the whole new configuration
+// or the whole old one. A setting that another program changed meanwhile, and this session did not, keeps the file's
+// value. 1, or 0 when a section (the others are written all the same) or the file could not be written.
 int save_configuration(const char *file);
+// What the person should know of the last save, when the screen is gone: why it failed, what others changed. The same
+// reason beforehand: why `file` could not be saved now, "" when nothing is known.
+const std::vector<std::string> &save_report();
+std::string obstacle_to_saving(const char *file);
 
 // Makes `name`, a model of UpsTypeArr, the chosen one, with everything that depends on it: line settings, ratings, the
 // job lists of the events, and a password where the model needs one.

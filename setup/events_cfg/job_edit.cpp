@@ -164,8 +164,8 @@ const char *job_notice(const void *context) {
   const EditedJob &edited = edited_job(context);
   const auto job = std::make_unique<JobRec>(edited.job);
   std::string text;
-  if (!save_function_values(*job, edited.event) || !build_func_string(*job, text)) return nullptr;
-  return fault_notice(XSurvives(kTmpTopic, event_key(edited.event), list_with(edited, text)));
+  if (!save_function_values(*job, edited.event) || !build_func_string(*job, text)) return notice_or_standing(nullptr);
+  return notice_or_standing(fault_notice(XSurvives(kTmpTopic, event_key(edited.event), list_with(edited, text))));
 }
 
 Mask make_mask(const EditedJob &edited) {

@@ -16,7 +16,9 @@ void draw_labels(const void *context, WINDOW *win, int32_t attr) {
   }
 }
 
-const char *notice_of(const void *context) { return settings_notice(settings_mask(context).number); }
+const char *notice_of(const void *context) {
+  return notice_or_standing(settings_notice(settings_mask(context).number));
+}
 bool check(const void *context, int field) { return value_check(field, settings_mask(context).number) != 0; }
 void show_error(const void *context, WINDOW *win, int field) {
   show_value_error(win, field, settings_mask(context).number);
@@ -30,6 +32,15 @@ int count_fields(const FieldDescriptor *table) {
 }
 
 }  // namespace
+
+std::string (*standing_notice)() = nullptr;
+
+const char *notice_or_standing(const char *own) {
+  static std::string text;
+  if (own != nullptr || standing_notice == nullptr) return own;
+  text = standing_notice();
+  return text.empty() ? nullptr : text.c_str();
+}
 
 void run_settings_mask(const SettingsMask &mask, int32_t attr) {
   const RecordField first = field_of_mask(mask.number, 0);

@@ -23,6 +23,12 @@ void run_settings_mask(const SettingsMask &mask, int32_t attr);
 // Frame, labels and key line.
 void draw_settings_frame(const SettingsMask &mask, WINDOW *win, int32_t attr);
 
+// What every mask says of the configuration as long as it has nothing to say of its own values: "" for nothing. Written
+// by the session.
+extern std::string (*standing_notice)();
+// The text of a notice: `own`, or the standing one where that is null; null for nothing.
+const char *notice_or_standing(const char *own);
+
 // Choice 1 puts "yes", choice 2 "no" into the field and shows it, 1; any other choice changes nothing, 0.
 int fill_yes_no(WINDOW *win, const RecordField &place, int choice);
 

@@ -27,6 +27,7 @@ void take_list(const Setting &setting, const char *value, bool) {
   std::ignore = store_event_jobs(setting.field, value);  // without memory the old list stays
 }
 bool list_value(const Setting &setting, std::string &value) {
+  if (setting.field >= EventStrings.nCount) return false;  // memory did not suffice for it
   value = CStrArr_GetStr(&EventStrings, setting.field);
   return true;
 }
@@ -97,10 +98,13 @@ int init_event_strings(const char *cfg_path) {
 
 int write_event_lists() {
   for (int event = 0; event < EventStrings.nCount; ++event) {
+    if (is_left_to_file(kJobLists[static_cast<size_t>(event)])) continue;
     const char *jobs = CStrArr_GetStr(&EventStrings, event);
     const bool empty = *jobs == '\0';
     if (empty && debugLevel > kTraceResults) myfprintf("saving empty Event %d\n", event);
-    if (!XSetPrivateProfileString(kTmpTopic, event_key(event), jobs, "") && !empty) return 0;
+    if (XSetPrivateProfileString(kTmpTopic, event_key(event), jobs, "") || empty) continue;
+    set_refused_key(event_key(event));
+    return 0;
   }
   return EventStrings.nCount;
 }

@@ -22,6 +22,8 @@ constexpr auto kCoreOrder = in_order_of_reading<36>(kUpsSettings, kSystemSetting
 static_assert(has_no_gap(kCoreOrder));
 
 std::map<std::string_view, std::string> loaded_texts;  // of the keys that the file had; written by loading
+std::vector<const Setting *> left_to_file;             // written by leave_to_file, read by the writers
+const char *refused = nullptr;                         // written by the writers
 
 bool is_in_number_field(const Setting &setting) {
   const RecordField place = field_of(setting);
@@ -75,12 +77,15 @@ int write_rows(std::initializer_list<std::span<const Setting>> sections) {
   bool written = false;
   for (const std::span<const Setting> settings : sections) {
     for (const Setting &setting : settings) {
+      if (is_left_to_file(setting)) continue;
       std::string value;
       const WriteRule rule = setting.in_file.rule;
       const bool wanted = (rule != WriteRule::follows || written) && value_of(setting, value);
       written = wanted && XSetPrivateProfileString(kTmpTopic, setting.key, value.c_str(), "");
       const bool may_fail = rule == WriteRule::ignored || (rule == WriteRule::empty_may_fail && value.empty());
-      if (wanted && !written && !may_fail) return 0;
+      if (!wanted || written || may_fail) continue;
+      set_refused_key(setting.key);
+      return 0;
     }
   }
   return 1;
@@ -212,6 +217,14 @@ const std::string *text_in_file(const Setting &setting) {
 }
 
 void forget_file() { loaded_texts.clear(); }
+
+void leave_to_file(std::vector<const Setting *> settings) {
+  left_to_file = std::move(settings);
+  refused = nullptr;
+}
+bool is_left_to_file(const Setting &setting) { return std::ranges::find(left_to_file, &setting) != left_to_file.end(); }
+const char *refused_key() { return refused; }
+void set_refused_key(const char *key) { refused = key; }
 
 int write_std() { return write_rows({kUpsSettings}); }
 int write_custom() {

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "corbix/xconfig.h"
 #include "setup/settings/extra_jobs.h"
@@ -61,6 +62,13 @@ void note_text_in_file(const Setting &setting);
 const std::string *text_in_file(const Setting &setting);
 // Nothing was loaded yet.
 void forget_file();
+
+// Settings that the sections leave to the file, until the next call: their rows count as written.
+void leave_to_file(std::vector<const Setting *> settings);
+bool is_left_to_file(const Setting &setting);
+// The key that ended the last section that gave 0, told by its writer; null for none.
+const char *refused_key();
+void set_refused_key(const char *key);
 
 // The sections of single masks, their rows in order, into the open profile. 1; or 0 when a key that counts was refused:
 // the keys after it are skipped. A number outside its range is left out: the file keeps its earlier value, and that is
