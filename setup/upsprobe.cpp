@@ -30,7 +30,7 @@ struct DisplayType {
 };
 constexpr DisplayType DispTypeArr[] = {
     // clang-format off
-    // the blank behind the last codes stands: the code that is reported without it is found all the same
+    // kept: the last codes end in a blank, a UPS reports them without it; a code is found by any part of its row
     {"K-TSN005",      "Halvoris 500VA"},
     {"K-TSN007",      "Halvoris 700VA"},
     {"K-TSN014",      "Halvoris 1400VA"},
@@ -140,14 +140,14 @@ int confirm(WINDOW *parent, int32_t attr, const char *file, const Detection &fou
   return answer;
 }
 
-// The pieces of the heading, each centred on a row of its own from row 1; the row behind the last.
+// The pieces of the heading, each centred on a row of its own from row 1; the row after the last.
 int draw_heading(WINDOW *win, int32_t attr, const char *heading) {
   const int width = getmaxx(win);
   const int pieces = cnumtoken(heading, "|");
   for (int i = 1; i <= pieces; ++i) {
     char piece[256];
     ctoken(piece, sizeof piece, heading, "|", i);
-    const char *text = piece + (i > 1 && piece[0] != '\0');  // the blank behind a "|"
+    const char *text = piece + (i > 1 && piece[0] != '\0');  // the blank after a "|"
     const int length = std::min(lenstr(text), width - 2);
     wprintv_cut(win, text, attr, i, (width - length) / 2, length);
   }

@@ -116,7 +116,7 @@ TEST_F(Kavcfg, CheckNamesLineAndKey) {
       {site("shift=night", "#" + std::string(1100, 'x')), "ups.cfg:4: is longer than 1023 bytes"},
       {site("mine", "a\",\"b"), "ups.cfg:6: Event3: job 1: would become 'LOGMSG(\"a\")O;'\n"},
       {site("UpsModel", "Model"), "ups.cfg: UpsModel: no UPS model is chosen\n"},
-      {"[x]\n", "ups.cfg: UpsModel: no UPS model is chosen\nups.cfg:1: settings behind a topic are not found"},
+      {"[x]\n", "ups.cfg: UpsModel: no UPS model is chosen\nups.cfg:1: settings after a topic are not found"},
       {site("shift", "GarUpTime=3\nshift"), "ups.cfg:4: GarUpTime: would become '1'\n"},
   };
   for (const auto &[content, finding] : cases) {

@@ -17,7 +17,7 @@ enum class Part {
   start,     // neither a setting nor a topic so far
   settings,  // in front of the first topic
   topic,
-  hidden,  // behind a "[" that is no topic's
+  hidden,  // after a "[" that is no topic's
 };
 
 struct Walk {

@@ -27,7 +27,7 @@ Label last_job_label = {"SHUTDOWN must be the last job, and there only once",
 Label duplicate_label = {"is already in line %s, this line does not count",
                          "%s 行目にすでにあるため、この行は使われません。"};
 Label covered_label = {"is hidden by the '[' in line %s", "%s 行目の '[' のため読み込まれません。"};
-Label no_place_label = {"settings behind a topic are not found: put one in front of it",
+Label no_place_label = {"settings after a topic are not found: put one in front of it",
                         "トピックより後の設定は読み込まれません。トピックの前に設定を置いてください。"};
 Label pieces_label = {"is longer than %s bytes and is read in pieces",
                       "%s バイトを超えるため、分割して読み込まれます。"};

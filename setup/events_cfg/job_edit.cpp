@@ -87,7 +87,7 @@ bool check_field(const void *context, int field) { return func_value_check(edite
 void fill_rep_time(WINDOW *win, int function, int timing) {
   enum { kOnce, kAlways, kPeriodic };
   const bool numberless = timing == kOnce || timing == kAlways;
-  // kept: the blank behind the periodic one's number stands in the field until it is edited
+  // kept: the blank after the periodic one's number stands in the field until it is edited
   const char *number = numberless ? "0" : timing == kPeriodic ? "60 " : "60";
   job_mask(function).fields[number_field(function)].type = numberless ? kFieldReadOnly : kFieldDigits;
   put_mask_text(function, label_field(function), funcframe_label02[timing][language]);

@@ -22,11 +22,11 @@ constexpr int kTimingNumber = 7;
 
 int says_yes(const JobRec &job, int parameter) { return std::string_view(job.params[parameter].value) == "yes"; }
 
-// Cuts `text` at its last ",", what follows it goes to `behind`. False, nothing changed, when there is none.
-bool cut_at_last_comma(std::string &text, std::string &behind) {
+// Cuts `text` at its last ",", what follows it goes to `rest`. False, nothing changed, when there is none.
+bool cut_at_last_comma(std::string &text, std::string &rest) {
   const size_t comma = text.rfind(',');
   if (comma == std::string::npos) return false;
-  behind = text.substr(comma + 1);
+  rest = text.substr(comma + 1);
   text.resize(comma);
   return true;
 }
@@ -52,9 +52,9 @@ int getEmailParamStr(const JobRec &job, std::string &text) {
 int patchEmailParamString(std::string *text, int sign, int dlog, int tlog, int trec, int oinf) {
   if (text == nullptr) return 0;
   std::string message;
-  std::string behind_last;
+  std::string after_last;
   // kept: a message text with a "," comes apart here, the monitor knows no other form
-  if (cut_at_last_comma(*text, behind_last)) cut_at_last_comma(*text, message);
+  if (cut_at_last_comma(*text, after_last)) cut_at_last_comma(*text, message);
 
   const struct {
     int present;

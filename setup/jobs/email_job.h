@@ -13,10 +13,10 @@
 extern const char *const signStr, *const logFileBinStr, *const logFileTextStr, *const troubleRecStr,
                                                                                    *const opInfoRecStr;
 
-// Appends the arguments behind the prefix to `text`, which ends with the prefix. Returns patchEmailParamString()'s
+// Appends the arguments that follow the prefix to `text`, which ends with the prefix. Returns patchEmailParamString()'s
 // result. A message text with "," comes apart at its last one.
 [[nodiscard]] int getEmailParamStr(const JobRec &job, std::string &text);
-// Moves the message text behind the five blocks; a block whose flag is 0 is empty. `text` ends with the quoted
+// Moves the message text to the end of the five blocks; a block whose flag is 0 is empty. `text` ends with the quoted
 // recipient,
 // ",", the quoted message text and ",". 1, or 0 for null.
 [[nodiscard]] int patchEmailParamString(std::string *text, int sign, int dlog, int tlog, int trec, int oinf);

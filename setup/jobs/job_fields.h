@@ -6,7 +6,7 @@
 #include "setup/jobs/catalogue.h"
 #include "setup/settings/settings.h"
 
-// The fields of the timing, behind the parameters.
+// The fields of the timing, after the parameters.
 int label_field(int function);
 int number_field(int function);
 // A field of a function's mask; its text without trailing blanks; a text into it.

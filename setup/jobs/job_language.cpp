@@ -31,7 +31,7 @@ bool is_quoted(const ParamDesc &param) {
   return type == "STRING" || type == "FILE";
 }
 
-// The value at position `at`, which moves behind its closing quote; what stands in front of the opening one belongs to
+// The value at position `at`, which moves past its closing quote; what stands in front of the opening one belongs to
 // it. Empty when the quotes are not closed.
 std::string quoted_value(std::string_view text, size_t &at) {
   std::string value;
@@ -46,7 +46,7 @@ std::string quoted_value(std::string_view text, size_t &at) {
   return "";
 }
 
-// The value at position `at`, which moves to the "," behind it or to the end.
+// The value at position `at`, which moves to the "," after it or to the end.
 std::string bare_value(std::string_view text, size_t &at) {
   const size_t end = std::min(text.find(',', at), text.size());
   std::string value(text.substr(at, end - at));

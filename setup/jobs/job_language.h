@@ -47,7 +47,7 @@ void parse_job(const char *text, int event, JobRec &job);
 
 // The name of a syslog level from a name or alias; "information" for any other text, an empty text as it is.
 const char *ms_to_syslog(const char *level);
-// Keeps what stands between the first and the last double quote, respectively behind the only one. Returns `text`,
+// Keeps what stands between the first and the last double quote, or what follows the only one. Returns `text`,
 // which may be null.
 char *removeQuotes(char *text);
 

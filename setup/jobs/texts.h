@@ -14,7 +14,7 @@ inline constexpr int kMessageIdFunction = 7;
 inline constexpr int kSyslogFunction = 8;
 extern Label func_list[kFunctionCount];
 
-// Their parameters: name, type, help, example; "|" between the fields, those behind the fourth are not shown. Unused
+// Their parameters: name, type, help, example; "|" between the fields, those after the fourth are not shown. Unused
 // slots are empty.
 inline constexpr int kParameterSlots = 7;
 extern Label funcpar_list[kFunctionCount][kParameterSlots];

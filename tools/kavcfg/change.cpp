@@ -80,7 +80,7 @@ void add_faults(const Change &change, std::vector<KeyFinding> &reasons) {
 
 // --- into the file
 
-// A file that begins with a topic has no place for settings: those that are set go behind its last topic.
+// A file that begins with a topic has no place for settings: those that are set go after its last topic.
 bool has_place(ProfileHandle profile) {
   ProfileText line;
   while (XNextLineEx(profile, line)) {

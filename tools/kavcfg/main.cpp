@@ -122,7 +122,7 @@ int read_password(const std::string &key, std::string &password) {
   return c != EOF || !password.empty();
 }
 
-// One argument of "set"; kGood, or a status behind a complaint.
+// One argument of "set"; kGood, or a status after a complaint.
 int read_change(const std::string &argument, std::vector<Change> &changes) {
   const size_t equals = argument.find('=');
   const bool has_value = equals != std::string::npos;

@@ -7,7 +7,7 @@ extern Label usage_label;  // "|" between the lines
 
 // Of files and keys
 extern Label unreadable_label, unwritable_label, database_unreadable_label;  // %s file
-extern Label no_such_key_label, given_twice_label, value_missing_label;      // %s argument, behind the first "=" cut
+extern Label no_such_key_label, given_twice_label, value_missing_label;      // %s argument, cut at the first "="
 extern Label password_given_label, password_missing_label, password_hidden_label;
 extern Label not_convertible_label;
 extern Label no_value_label;  // a key that is not in the file and has no default
