@@ -37,6 +37,7 @@ int read_key(WINDOW *win, int limit) {
     const Arrival arrival = wait_for_input(limit);
     const TerminalSize size = take_new_size();
     if (size.rows > 0) adopt_terminal_size(size.rows, size.columns);
+    if (signal_to_leave() != 0) leave_lost_terminal();
     if (arrival == Arrival::nothing) return ERR;
     arrived = arrival == Arrival::input;
   }

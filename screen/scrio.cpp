@@ -113,7 +113,9 @@ void end_screen() {
 
 void leave_lost_terminal() {
   if (before_leaving != nullptr) before_leaving();
+  if (keep_work != nullptr) keep_work();
   end_screen();
+  if (signal_to_leave() != 0 && input_has_ended() == 0) end_by_left_signal();
   _exit(EXIT_FAILURE);  // nothing that runs at exit may come to wait for the terminal
 }
 

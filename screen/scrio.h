@@ -22,13 +22,16 @@ inline constexpr int32_t kAttrEditBackground = 0x600;  // cyan on blue: behind t
 // --- start and end
 
 // Starts curses and defines the colour pairs. From then on the terminal is given back before the program stops, also by
-// a signal that ends it (it still dies by that signal; a hang-up ends it as leave_lost_terminal), by abort() and by an
+// a signal that ends it (it still dies by that signal), by abort() and by an
 // exception that nobody takes.
 void init_screen();
 // Ends curses and gives the terminal back; safe to call more than once and without a screen.
 void end_screen();
-// Ends the program, status 1, with the terminal given back: it was hung up or its input is at its end.
+// Ends the program with the terminal given back, where it waits for a key: a signal asks for that (it dies by it), or
+// the terminal was hung up or its input is at its end (status 1).
 [[noreturn]] void leave_lost_terminal();
+// Called by it, for what must not be lost; no signal handler. Null: nothing. Written by the session.
+extern void (*keep_work)();
 // Called before the program is ended in one of these ways: for what else must be given back. It may do what a signal
 // handler may, nothing else. Null: nothing. Written by whoever holds such a thing, for as long as it is held.
 extern void (*before_leaving)();

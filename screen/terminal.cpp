@@ -15,10 +15,15 @@
 #include <iterator>
 
 void (*before_leaving)() = nullptr;
+void (*keep_work)() = nullptr;
 
 namespace {
 
-constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL};
+// They end the program at once.
+constexpr int kEndingSignals[] = {SIGINT,  SIGQUIT, SIGABRT, SIGSEGV, SIGBUS,  SIGFPE,  SIGILL,
+                                  SIGXCPU, SIGPIPE, SIGALRM, SIGUSR1, SIGUSR2, SIGTRAP, SIGSYS};
+// They end it where a key is waited for, so that what the person did can be kept; until then they are blocked.
+constexpr int kLeavingSignals[] = {SIGHUP, SIGTERM};
 
 // What the handlers know of the terminal. Written while the screen is set up, by the handlers themselves the flags.
 termios line_settings;
@@ -27,6 +32,7 @@ char leaving_text[256];
 size_t leaving_length = 0;
 volatile sig_atomic_t must_give_back = 0;
 volatile sig_atomic_t size_changed = 0;
+volatile sig_atomic_t leaving_signal = 0;  // that came; 0: none
 
 std::terminate_handler former_terminate = nullptr;
 
@@ -56,10 +62,10 @@ bool is_hung_up() {
 // The handler is gone by now (SA_RESETHAND): the signal, sent anew, ends the program when this returns.
 void end_by_signal(int number) {
   give_back_at_once();
-  if (number == SIGHUP && is_hung_up()) _exit(EXIT_FAILURE);  // as when the end of the input is met first
   raise(number);
 }
 
+void note_leaving_signal(int number) { leaving_signal = number; }
 void note_size_change(int) { size_changed = 1; }
 
 [[noreturn]] void end_by_exception() {
@@ -79,12 +85,13 @@ void take_signal(int number, void (*handler)(int), int flags) {
   sigaction(number, &action, nullptr);
 }
 
-// The signal of a new size comes through only while a key is waited for: nothing else is ever interrupted by it.
-void set_size_signal(int how) {
+// What comes through only while a key is waited for: nothing else is ever interrupted by it.
+sigset_t waiting_signals() {
   sigset_t signals;
   sigemptyset(&signals);
   sigaddset(&signals, SIGWINCH);
-  sigprocmask(how, &signals, nullptr);
+  for (const int number : kLeavingSignals) sigaddset(&signals, number);
+  return signals;
 }
 
 void remember_line_settings() {
@@ -99,9 +106,12 @@ void remember_line_settings() {
 
 void watch_terminal() {
   remember_line_settings();
-  set_size_signal(SIG_BLOCK);
+  const sigset_t signals = waiting_signals();
+  sigprocmask(SIG_BLOCK, &signals, nullptr);
   take_signal(SIGWINCH, note_size_change, 0);
+  for (const int number : kLeavingSignals) take_signal(number, note_leaving_signal, 0);
   for (const int number : kEndingSignals) take_signal(number, end_by_signal, static_cast<int>(SA_RESETHAND));
+  take_signal(SIGXFSZ, SIG_IGN, 0);  // a write then fails, with a reason that can be told
   if (former_terminate != nullptr) return;
   former_terminate = std::set_terminate(end_by_exception);
   std::atexit(give_back_at_once);  // curses ends the program itself when it finds no memory
@@ -123,11 +133,21 @@ Arrival wait_for_input(int limit) {
   sigset_t signals;
   sigprocmask(SIG_SETMASK, nullptr, &signals);
   sigdelset(&signals, SIGWINCH);
+  for (const int number : kLeavingSignals) sigdelset(&signals, number);
   const timespec time = {limit / 1000, limit % 1000 * 1000000L};
   pollfd input = {STDIN_FILENO, POLLIN, 0};
   const int ready = ppoll(&input, 1, limit < 0 ? nullptr : &time, &signals);
   if (ready == 0) return Arrival::nothing;
   return ready < 0 && errno == EINTR ? Arrival::signal : Arrival::input;
+}
+
+int signal_to_leave() { return leaving_signal; }
+
+void end_by_left_signal() {
+  const sigset_t signals = waiting_signals();
+  std::signal(leaving_signal, SIG_DFL);
+  raise(leaving_signal);
+  sigprocmask(SIG_UNBLOCK, &signals, nullptr);
 }
 
 int input_has_ended() {

@@ -3,7 +3,8 @@
 #pragma once
 
 // Remembers the line settings and takes the signals that end the program and the one that tells of a new size; those
-// that are ignored, or taken already, stay as they are. Before curses starts, which then leaves them alone.
+// that are ignored, or taken already, stay as they are. A file that grows too large is no signal any more. Before
+// curses starts, which then leaves them alone.
 void watch_terminal();
 // Makes ready what a signal handler writes to give the terminal back. Once curses runs, and after a change of size.
 void prepare_giving_back();
@@ -17,6 +18,10 @@ enum class Arrival {
 };
 // Waits for input, `limit` milliseconds at most (-1: without limit).
 Arrival wait_for_input(int limit);
+// The signal that asked the program to end where it waits for a key; 0: none. And its end by it, once the terminal is
+// given back.
+int signal_to_leave();
+void end_by_left_signal();
 // 1 when no input can ever come: the terminal is hung up, or what stands in for it is at its end.
 int input_has_ended();
 

@@ -61,6 +61,8 @@ std::string first_finding(const char *file) {
   return std::string(file) + ":" + std::to_string(found->line) + ": " + key + found->text;
 }
 
+void keep_session() { keep_unsaved(kConfigurationFile); }
+
 void find_standing(const char *file) {
   const std::string unsaved = unsaved_file(file);
   standing = does_file_exist(unsaved.c_str(), 1) ? filled(unsaved_label, {unsaved}) : first_finding(file);
@@ -127,8 +129,10 @@ int act_on(int choice, WINDOW *win, const char *file, int32_t attr) {
 }
 
 void run_session(WINDOW *win, const char *file, int32_t attr) {
+  keep_work = keep_session;
   while (act_on(do_menu(win, 7, 3, getmaxx(win) - 7, attr), win, file, attr)) {
   }
+  keep_work = nullptr;
 }
 
 }  // namespace

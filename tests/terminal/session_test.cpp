@@ -202,7 +202,8 @@ TEST(SystemMask, NoShutdownMeansNoneThatFollowsIt) {
 }
 
 TEST(Terminal, IsGivenBackHoweverTheProgramEnds) {
-  for (const int signal : {SIGINT, SIGTERM, SIGQUIT, SIGHUP, SIGABRT}) {
+  for (const int signal :
+       {SIGINT, SIGTERM, SIGQUIT, SIGHUP, SIGABRT, SIGXCPU, SIGPIPE, SIGALRM, SIGUSR1, SIGUSR2, SIGTRAP, SIGSYS}) {
     Terminal t;
     open_new_session(t);
     choose(t, kUps);
@@ -210,6 +211,39 @@ TEST(Terminal, IsGivenBackHoweverTheProgramEnds) {
     t.send_signal(signal);
     EXPECT_EQ(t.wait_exit(), 128 + signal);
     EXPECT_TRUE(t.given_back()) << signal;
+  }
+}
+
+TEST(Unsaved, OutlivesALineThatDropsAndNothingElse) {
+  constexpr char kBefore[] = "UpsModel=K-TRN010VQ-100\nUpsLocation=Hall\nPASSWORD=SWNL\n";
+  constexpr char kKept[] = "UpsLocation=Attic\nPASSWORD=SMNI\n";
+  enum class End { terminate, hang_up_signal, hang_up, escape, interrupt };
+  for (const End end : {End::terminate, End::hang_up_signal, End::hang_up, End::escape, End::interrupt}) {
+    Terminal t;
+    t.start({.files = {{"ups.cfg", kBefore}}});
+    choose(t, kUps);
+    t.type("Attic");
+    t.press({Escape});
+    choose(t, kSystem);
+    t.type("MSRW");
+    t.press({Down});
+    const bool keeps = end != End::escape && end != End::interrupt;
+    if (end == End::hang_up) t.hang_up();
+    if (end == End::escape) t.press({Escape, Escape});
+    if (end == End::terminate || end == End::interrupt) t.send_signal(end == End::terminate ? SIGTERM : SIGINT);
+    if (end == End::hang_up_signal) t.send_signal(SIGHUP);
+    t.wait_exit();
+    EXPECT_EQ(t.file("ups.cfg"), kBefore);
+    const std::string kept = t.file("ups.cfg.unsaved");
+    EXPECT_EQ(kept.substr(std::min(kept.size(), kept.find('\n') + 1)), keeps ? kKept : "") << static_cast<int>(end);
+    if (!keeps) continue;
+    EXPECT_EQ(std::filesystem::status(t.path("ups.cfg.unsaved")).permissions(), std::filesystem::perms{0600});
+    t.start();
+    choose(t, kPaths);
+    t.see("ups.cfg.unsaved holds changes that an earlier session could not save");
+    t.press({Escape});
+    save_and_exit(t);
+    EXPECT_EQ(t.file("ups.cfg.unsaved"), "");
   }
 }
 
