@@ -1,9 +1,12 @@
 // kavsetup: the whole life of the program.
 #include <malloc.h>
 
+#include <cerrno>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <new>
 #include <string>
 
 #include "screen/draw.h"
@@ -56,9 +59,7 @@ bool run_on_screen() {
   return true;
 }
 
-}  // namespace
-
-int main(int argc, char *argv[]) {
+void run_program(int count, char *const arguments[]) {
   mallopt(M_MMAP_THRESHOLD, kBigPiece);
   attr_dkl = kAttrNormal;
   attr_hell = kAttrHighlight;
@@ -66,7 +67,7 @@ int main(int argc, char *argv[]) {
   before_leaving = restore_probed_port;
   std::setlocale(LC_ALL, "");
   std::setlocale(LC_NUMERIC, "C");  // files and fields have decimal points
-  read_options(argc - 1, argv + 1);
+  read_options(count, arguments);
   read_oem_number();
 
   init_screen();
@@ -74,5 +75,26 @@ int main(int argc, char *argv[]) {
   end_screen();
   for (const std::string &line : save_report()) print_text(stderr, ("kavsetup: " + line + "\n").c_str());
   if (!ran) print_text(stderr, (std::string(err_start[language]) + "\n").c_str());
+}
+
+// The windows are closed by now, what they took is free again.
+void end_without_memory() {
+  if (before_leaving != nullptr) before_leaving();
+  try {
+    if (keep_work != nullptr) keep_work();
+  } catch (const std::bad_alloc &) {  // the line below tells of it all the same
+  }
+  end_screen();
+  std::fprintf(stderr, "kavsetup: %s\n", std::strerror(ENOMEM));
+}
+
+}  // namespace
+
+int main(int argc, char *argv[]) {
+  try {
+    run_program(argc - 1, argv + 1);
+  } catch (const std::bad_alloc &) {
+    end_without_memory();
+  }
   return EXIT_FAILURE;  // kept: scripts in the field expect 1 from every session
 }
