@@ -11,6 +11,7 @@
 #include "setup/events_cfg/texts.h"
 #include "setup/forms/forms.h"
 #include "setup/forms/texts.h"
+#include "setup/jobs/email_job.h"
 #include "setup/jobs/event_table.h"
 #include "setup/jobs/job_fields.h"
 #include "setup/jobs/job_language.h"
@@ -148,25 +149,41 @@ void show_event_value_error(const void *context, WINDOW *win, int field) {
   draw_hlp_screen_at(win, 9, text, value_error_title[language], kAttrHelp);
 }
 
-// The event's list as it will be with the edited job in it.
-std::string list_with(const EditedJob &edited, const std::string &text) {
+// The event's jobs as they will be with the edited job, stored as `text`, among them.
+std::vector<std::string> jobs_with(const EditedJob &edited, const std::string &text) {
   std::vector<std::string> jobs = split_joblist(CStrArr_GetStr(&EventStrings, edited.event));
   size_t place = 0;
   while (place < jobs.size() && ActEvent[place].get() != &edited.job) ++place;
   jobs.resize(std::max(jobs.size(), place + 1));
   jobs[place] = text.substr(0, text.find(';'));
   put_shutdown_last(jobs);
-  return join_joblist(jobs);
+  return jobs;
 }
 
-// The file holds the whole list as one value.
-const char *job_notice(const void *context) {
-  const EditedJob &edited = edited_job(context);
+bool reads_back(const JobRec &job, const std::string &text, int event) {
+  const auto read = std::make_unique<JobRec>();
+  parse_job(text.substr(0, text.find(';')).c_str(), event, *read);
+  if (job.function == kEmailFunction) return is_same_email(job, *read);
+  for (int k = 0; k < job.param_count; ++k) {
+    if (std::string_view(job.params[k].value) != read->params[k].value) return false;
+  }
+  return true;
+}
+
+// What would not come back of the job in the mask, or of its list, which the file holds as one value.
+const char *loss_notice(const EditedJob &edited) {
   const auto job = std::make_unique<JobRec>(edited.job);
   std::string text;
-  if (!save_function_values(*job, edited.event) || !build_func_string(*job, text)) return notice_or_standing(nullptr);
-  return notice_or_standing(fault_notice(XSurvives(kTmpTopic, event_key(edited.event), list_with(edited, text))));
+  if (!save_function_values(*job, edited.event)) return nullptr;
+  if (!build_func_string(*job, text)) return job_too_long_label[language];
+  const std::vector<std::string> jobs = jobs_with(edited, text);
+  const std::string list = join_joblist(jobs);
+  if (jobs.size() > kMaxJobs || split_joblist(list.c_str()).size() < jobs.size()) return list_full_label[language];
+  if (!reads_back(*job, text, edited.event)) return fault_notice(ProfileFault::too_long);
+  return fault_notice(XSurvives(kTmpTopic, event_key(edited.event), list));
 }
+
+const char *job_notice(const void *context) { return notice_or_standing(loss_notice(edited_job(context))); }
 
 Mask make_mask(const EditedJob &edited) {
   const JobMask &mask = job_mask(edited.job.function);
@@ -192,8 +209,12 @@ Mask make_mask(const EditedJob &edited) {
 
 int edit_function_values(WINDOW *, int32_t attr, JobRec &job, int event) {
   load_function_values(job, event);
+  const EmailRec looked_at = Func3Rec;
   const EditedJob edited = {job, event};
-  return run_mask(make_mask(edited), attr) && save_function_values(job, event);
+  if (!run_mask(make_mask(edited), attr)) return 0;
+  // the arguments of an e-mail job would not come out of the mask as they went in
+  const bool unchanged = job.function == kEmailFunction && std::memcmp(&looked_at, &Func3Rec, sizeof looked_at) == 0;
+  return !unchanged && save_function_values(job, event);
 }
 
 void fill_syslog_level(WINDOW *win, int level) {

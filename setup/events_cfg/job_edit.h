@@ -7,7 +7,7 @@
 #include "setup/jobs/catalogue.h"
 
 // Edits `job`, whose function is one of the catalogue, of `event`. Nonzero when the mask's values were stored in it; 0,
-// and `job` unchanged, when they were not valid.
+// and `job` unchanged, when they were not valid, or when nobody changed those of an e-mail job.
 int edit_function_values(WINDOW *screen, int32_t attr, JobRec &job, int event);
 
 // Puts a syslog level, an index of the levels' list, into the field of an EVENTLOG job and shows it.

@@ -29,6 +29,10 @@ Label attach_questions[4] = {
 };
 Label empty_field_label = {"field can not be left blanc| ", "この項目は空欄にできません。| "};
 
+Label job_too_long_label = {"This job is too long: it can not be stored", "このジョブは長すぎるため、保存できません。"};
+Label list_full_label = {"The list of this event is full: a job of it is lost",
+                         "このイベントの一覧がいっぱいです。ジョブが失われます。"};
+
 Label parameter_help_title = {"Parameter Settings help", "パラメータ設定のヘルプ"};
 Label timer_help_title = {"Timer Settings help", "タイマ設定のヘルプ"};
 Label timing_help_label = {

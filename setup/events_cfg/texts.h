@@ -18,6 +18,7 @@ extern Label funcframe_label04, funcframe_label05;  // unit of the timing number
 extern Label syslog_list_title;
 extern Label attach_questions[4];  // data log, text log, trouble record, operation info
 extern Label empty_field_label;
+extern Label job_too_long_label, list_full_label;  // on the notice row
 
 extern Label parameter_help_title, timer_help_title;
 extern Label timing_help_label;  // one line and more for each timing

@@ -113,3 +113,13 @@ void parseEmailFuncStr(const JobRec &job, int event) {
   put(kTimingNumber, number);
   Function3TabArr[kTimingNumber].type = static_cast<uint8_t>(state);
 }
+
+bool is_same_email(const JobRec &from_mask, const JobRec &read) {
+  for (const int parameter : {kAddress, kText}) {
+    if (std::string_view(from_mask.params[parameter].value) != read.params[parameter].value) return false;
+  }
+  for (int parameter = kFirstAttachment; parameter < kParameters; ++parameter) {
+    if (says_yes(from_mask, parameter) != getEmailParamVal(read.params[parameter].value)) return false;
+  }
+  return true;
+}

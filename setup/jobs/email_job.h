@@ -31,3 +31,5 @@ int getEmailParamVal(const char *value);
 
 // Fills Func3Rec from the job for the mask; the type of its timing number is set in Function3TabArr.
 void parseEmailFuncStr(const JobRec &job, int event);
+// Whether address, text and attachments are the same in a job from the mask and in one that was read.
+bool is_same_email(const JobRec &from_mask, const JobRec &read);
