@@ -65,7 +65,10 @@ void keep_session() { keep_unsaved(kConfigurationFile); }
 
 void find_standing(const char *file) {
   const std::string unsaved = unsaved_file(file);
-  standing = does_file_exist(unsaved.c_str(), 1) ? filled(unsaved_label, {unsaved}) : first_finding(file);
+  const std::string copy = interrupted_copy(file);
+  standing = does_file_exist(unsaved.c_str(), 1) ? filled(unsaved_label, {unsaved})
+             : !copy.empty()                     ? filled(copy_label, {copy})
+                                                 : first_finding(file);
   standing_notice = tell_standing;
 }
 

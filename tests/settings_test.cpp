@@ -146,7 +146,7 @@ TEST_F(Settings, TwoThatSaveAtTheSameTimeDoNotMix) {
   ASSERT_EQ(init_config_vals("ups.cfg"), 1);
   EXPECT_EQ(ups(kLocation), mail(kMailSubject));
 
-  Descriptor held, refused;
+  SaveLock held, refused;
   ASSERT_EQ(lock_for_saving("ups.cfg", held), 1);
   EXPECT_EQ(lock_for_saving("ups.cfg", refused, 40), 0);
 }

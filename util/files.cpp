@@ -1,5 +1,6 @@
 #include "util/files.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <linux/limits.h>
 #include <sys/file.h>
@@ -26,8 +27,8 @@ constexpr mode_t kUnfinishedMode = 0600;
 constexpr size_t kFirstRoom = 4096;    // for a file that does not tell its size, such as a pipe
 constexpr int kLongestLinkChain = 40;  // as the kernel's own limit
 
-// What came of one way to save. kOtherWay: the file is untouched, and writing in place may do.
-enum class Outcome { kSaved, kFailed, kOtherWay };
+// What came of one way to save. other_way: the file is untouched, and writing in place may do.
+enum class Outcome { saved, failed, other_way };
 
 // The file that is to be replaced; no descriptor when there is none yet.
 struct OldFile {
@@ -43,7 +44,9 @@ struct MadeFile {
   MadeFile(const MadeFile &) = delete;
   MadeFile &operator=(const MadeFile &) = delete;
   ~MadeFile() {
+    const int error = errno;
     if (!path.empty()) unlink(path.c_str());
+    errno = error;
   }
 };
 
@@ -53,6 +56,12 @@ auto uninterrupted(Call call) {
   auto result = call();
   while (result == -1 && errno == EINTR) result = call();
   return result;
+}
+
+// For what no system call has told yet.
+bool fails_with(int error) {
+  errno = error;
+  return false;
 }
 
 bool read_to_end(int file, std::string &content) {
@@ -66,7 +75,7 @@ bool read_to_end(int file, std::string &content) {
     if (got < 0) return false;
     if (got == 0) break;
     used += static_cast<size_t>(got);
-    if (used > kLargestFile) return false;
+    if (used > kLargestFile) return fails_with(EFBIG);
     if (used == content.size()) room = 2 * used;
   }
   content.resize(used);
@@ -119,13 +128,15 @@ std::string folder_of(const std::string &path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
+std::string name_of(const std::string &path) { return path.substr(path.rfind('/') + 1); }
+
 std::string path_in(const std::string &folder, const std::string &name) { return folder + "/" + name; }
 
 Descriptor open_folder(const std::string &folder) {
   return Descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
-// The path behind all symbolic links, also where the last one points to a file that is not there yet; "" on failure.
+// The path after all symbolic links, also where the last one points to a file that is not there yet; "" on failure.
 std::string behind_links(std::string path) {
   for (int links = 0; links < kLongestLinkChain; ++links) {
     const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr), &std::free);
@@ -146,29 +157,46 @@ std::string behind_links(std::string path) {
 bool open_old_file(const char *path, OldFile &old) {
   old.file.number = open(path, O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   if (old.file.number < 0) return errno == ENOENT;
-  return fstat(old.file.number, &old.state) == 0 && S_ISREG(old.state.st_mode);
+  return fstat(old.file.number, &old.state) == 0 && (S_ISREG(old.state.st_mode) || fails_with(EPERM));
 }
 
 // True when `path` is still the file that was opened, and no one put another one into its place.
 bool is_still_there(const std::string &path, const OldFile &old) {
   struct stat state = {};
   const bool found = lstat(path.c_str(), &state) == 0;
-  if (old.file.number < 0) return !found;
-  return found && state.st_dev == old.state.st_dev && state.st_ino == old.state.st_ino;
+  if (old.file.number < 0) return !found || fails_with(EEXIST);
+  return (found && state.st_dev == old.state.st_dev && state.st_ino == old.state.st_ino) || fails_with(ESTALE);
 }
 
-// A path in `folder` that no one can foresee; "" on failure.
-std::string unforeseeable_path(const std::string &folder) {
+// The names of copies: the prefix, a number, "-" and the name of the file; and of one that keeps what the file held,
+// ".", a number that tells the new content from others, and the end.
+constexpr std::string_view kCopyPrefix = ".kavsetup-";
+constexpr std::string_view kOldContent = ".old";
+constexpr size_t kDigits = 16;  // of a number
+
+std::string digits_of(uint64_t number) {
+  char digits[kDigits + 1] = "";
+  std::snprintf(digits, sizeof digits, "%016" PRIx64, number);
+  return digits;
+}
+
+// FNV-1a: a content that was written half differs in it from the whole.
+uint64_t number_of_content(std::string_view content) {
+  uint64_t number = 0xCBF29CE484222325;
+  for (const char c : content) number = (number ^ static_cast<unsigned char>(c)) * 0x100000001B3;
+  return number;
+}
+
+// A path in `folder` for a copy of the file `name` that no one can foresee; "" on failure.
+std::string unforeseeable_path(const std::string &folder, const std::string &name) {
   uint64_t number = 0;
   if (getrandom(&number, sizeof number, 0) != sizeof number) return "";
-  char name[32] = "";
-  std::snprintf(name, sizeof name, ".kavsetup-%016" PRIx64, number);
-  return path_in(folder, name);
+  return path_in(folder, std::string(kCopyPrefix) + digits_of(number) + "-" + name);
 }
 
 // On failure errno tells why.
-bool create_in(const std::string &folder, mode_t mode, MadeFile &made) {
-  std::string path = unforeseeable_path(folder);
+bool create_in(const std::string &folder, const std::string &name, mode_t mode, MadeFile &made) {
+  std::string path = unforeseeable_path(folder, name);
   made.file.number = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
   if (made.file.number < 0) return false;
   made.path.swap(path);  // a copy could find no memory, and the file would stay
@@ -177,17 +205,17 @@ bool create_in(const std::string &folder, mode_t mode, MadeFile &made) {
 
 // A file without a name, so that a killed process leaves nothing behind; or one with a name where there are no such
 // files or no way to name them later.
-bool create_unnamed_in(const std::string &folder, mode_t mode, MadeFile &made) {
+bool create_unnamed_in(const std::string &folder, const std::string &name, mode_t mode, MadeFile &made) {
   if (access("/proc/self/fd", F_OK) == 0) {
     made.file.number = open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode);
   }
-  return made.file.number >= 0 || create_in(folder, mode, made);
+  return made.file.number >= 0 || create_in(folder, name, mode, made);
 }
 
-bool give_name(const std::string &folder, MadeFile &made) {
+bool give_name(const std::string &folder, const std::string &name, MadeFile &made) {
   if (!made.path.empty()) return true;
   const std::string opened = "/proc/self/fd/" + std::to_string(made.file.number);
-  std::string path = unforeseeable_path(folder);
+  std::string path = unforeseeable_path(folder, name);
   const auto link_path = [&] { return linkat(AT_FDCWD, opened.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW); };
   if (uninterrupted(link_path) != 0) return false;
   made.path.swap(path);
@@ -195,8 +223,8 @@ bool give_name(const std::string &folder, MadeFile &made) {
 }
 
 // Brings a made file to disk, complete and with its name.
-bool finish(const std::string &folder, std::string_view content, MadeFile &made) {
-  return write_whole(made.file.number, content, 0) && flush(made.file.number) && give_name(folder, made) &&
+bool finish(const std::string &folder, const std::string &name, std::string_view content, MadeFile &made) {
+  return write_whole(made.file.number, content, 0) && flush(made.file.number) && give_name(folder, name, made) &&
          close_checked(made.file);
 }
 
@@ -257,9 +285,9 @@ Outcome outcome_of_error(int error) {
     case EROFS:
     case EBUSY:
     case EXDEV:
-      return Outcome::kOtherWay;
+      return Outcome::other_way;
     default:
-      return Outcome::kFailed;
+      return Outcome::failed;
   }
 }
 
@@ -268,23 +296,24 @@ Outcome save_by_renaming(const std::string &path, const OldFile &old, std::strin
   const std::string folder = folder_of(path);
   const Descriptor directory = open_folder(folder);
   MadeFile made;
-  if (directory.number < 0 || !create_unnamed_in(folder, exists ? kUnfinishedMode : kNewFileMode, made)) {
+  if (directory.number < 0 ||
+      !create_unnamed_in(folder, name_of(path), exists ? kUnfinishedMode : kNewFileMode, made)) {
     return outcome_of_error(errno);
   }
-  if (exists && !keep_attributes(old, made.file.number)) return Outcome::kOtherWay;
-  if (!finish(folder, content, made) || !is_still_there(path, old)) return Outcome::kFailed;
+  if (exists && !keep_attributes(old, made.file.number)) return Outcome::other_way;
+  if (!finish(folder, name_of(path), content, made) || !is_still_there(path, old)) return Outcome::failed;
   if (uninterrupted([&] { return std::rename(made.path.c_str(), path.c_str()); }) != 0) return outcome_of_error(errno);
   made.path.clear();
-  return flush_folder(directory.number) ? Outcome::kSaved : Outcome::kFailed;
+  return flush_folder(directory.number) ? Outcome::saved : Outcome::failed;
 }
 
-// --- the second way: in place, behind a copy
+// --- the second way: in place, after a copy
 
-bool copy_into(const std::string &folder, std::string_view content, MadeFile &copy) {
+bool copy_into(const std::string &folder, const std::string &name, std::string_view content, MadeFile &copy) {
   const Descriptor directory = open_folder(folder);
   MadeFile made;
-  if (directory.number < 0 || !create_in(folder, kUnfinishedMode, made) || !finish(folder, content, made) ||
-      !flush_folder(directory.number)) {
+  if (directory.number < 0 || !create_unnamed_in(folder, name, kUnfinishedMode, made) ||
+      !finish(folder, name, content, made) || !flush_folder(directory.number)) {
     return false;
   }
   copy.path.swap(made.path);
@@ -292,8 +321,10 @@ bool copy_into(const std::string &folder, std::string_view content, MadeFile &co
 }
 
 // Beside the file if possible, where a person looks first; else where everyone may write, first where it lasts.
-bool copy_somewhere(const std::string &folder, std::string_view content, MadeFile &copy) {
-  return copy_into(folder, content, copy) || copy_into("/var/tmp", content, copy) || copy_into("/tmp", content, copy);
+bool copy_somewhere(const std::string &path, std::string_view content, std::string_view next, MadeFile &copy) {
+  const std::string name = name_of(path) + "." + digits_of(number_of_content(next)) + std::string(kOldContent);
+  return copy_into(folder_of(path), name, content, copy) || copy_into("/var/tmp", name, content, copy) ||
+         copy_into("/tmp", name, content, copy);
 }
 
 // What the file grows by goes first, and to disk: a full disk shows before any old byte is lost. The file is cut last.
@@ -316,9 +347,12 @@ bool put_back(int file, std::string_view old_content) {
 bool save_in_place(const std::string &path, const OldFile &old, std::string_view content) {
   std::string old_content;
   MadeFile copy;
-  if (!read_to_end(old.file.number, old_content) || !copy_somewhere(folder_of(path), old_content, copy)) return false;
+  if (!read_to_end(old.file.number, old_content) || !copy_somewhere(path, old_content, content, copy)) return false;
   if (overwrite(old.file.number, old_content, content)) return true;
-  if (!put_back(old.file.number, old_content)) {
+  const int error = errno;
+  const bool is_back = put_back(old.file.number, old_content);
+  errno = error;
+  if (!is_back) {
     myfprintf("util/files: %s is damaged, its old content is in %s\n", path.c_str(), copy.path.c_str());
     copy.path.clear();
   }
@@ -334,22 +368,117 @@ bool replace(const char *path, std::string_view content) {
   const std::string target = behind_links(path);
   if (target.empty() || !is_still_there(target, old)) return false;
   const bool linked = exists && old.state.st_nlink > 1;
-  const Outcome outcome = linked ? Outcome::kOtherWay : save_by_renaming(target, old, content);
-  if (outcome == Outcome::kOtherWay && exists) return save_in_place(target, old, content);
-  return outcome == Outcome::kSaved;
+  const Outcome outcome = linked ? Outcome::other_way : save_by_renaming(target, old, content);
+  if (outcome == Outcome::other_way && exists) return save_in_place(target, old, content);
+  return outcome == Outcome::saved;
 }
 
-bool lock_folder_of(const char *path, Descriptor &lock, int wait) {
+// --- the lock, and what a killed writer left
+
+// Bits and group of the file that the lock is for, so that whoever may write that one can take the lock, too.
+void give_writers_access(int lock, const std::string &target) {
+  struct stat state = {};
+  if (stat(target.c_str(), &state) != 0 || (state.st_mode & S_IWGRP) == 0) return;
+  if (fchown(lock, static_cast<uid_t>(-1), state.st_gid) == 0) fchmod(lock, kUnfinishedMode | S_IRGRP | S_IWGRP);
+}
+
+// Opens the lock's file; where the folder takes no new file, the file itself.
+bool open_lock(const std::string &target, SaveLock &lock) {
+  lock.path = path_in(folder_of(target), "." + name_of(target) + ".lock");
+  lock.file.number =
+      open(lock.path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, kUnfinishedMode);
+  if (lock.file.number >= 0) {
+    give_writers_access(lock.file.number, target);
+    return true;
+  }
+  if (outcome_of_error(errno) == Outcome::failed) return false;
+  lock.path.clear();
+  lock.file.number = open(target.c_str(), O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  return lock.file.number >= 0;
+}
+
+// Whether the locked file is still the one that others find: its last holder removes it.
+bool is_same_file(const SaveLock &lock) {
+  struct stat locked = {};
+  struct stat found = {};
+  if (lock.path.empty()) return true;
+  return fstat(lock.file.number, &locked) == 0 && stat(lock.path.c_str(), &found) == 0 &&
+         locked.st_dev == found.st_dev && locked.st_ino == found.st_ino;
+}
+
+std::string content_of(const std::string &path) {
+  std::string content;
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  if (file.number < 0 || !read_to_end(file.number, content)) content.clear();
+  return content;
+}
+
+// A copy beside a file.
+struct Copy {
+  std::string path;
+  bool is_old;       // it keeps what the file held
+  std::string next;  // the number of what the file was to hold then
+};
+
+// Whether the file was left between its old and its new content.
+bool is_needed(const Copy &copy, const std::string &target) {
+  const std::string content = content_of(target);
+  return copy.is_old && digits_of(number_of_content(content)) != copy.next && content_of(copy.path) != content;
+}
+
+struct EntriesCloser {
+  void operator()(DIR *entries) const { closedir(entries); }
+};
+using Entries = std::unique_ptr<DIR, EntriesCloser>;
+
+// Takes a name apart; false when it is not that of a copy of the file `name`.
+bool is_copy_of(const std::string &name, std::string_view entry, Copy &copy) {
+  const std::string end = "-" + name;
+  if (!entry.starts_with(kCopyPrefix)) return false;
+  copy.is_old = entry.ends_with(kOldContent);
+  if (copy.is_old) {
+    entry.remove_suffix(kOldContent.size());
+    if (entry.size() < kDigits + 1) return false;
+    copy.next = entry.substr(entry.size() - kDigits);
+    entry.remove_suffix(kDigits + 1);
+  }
+  return entry.size() == kCopyPrefix.size() + kDigits + end.size() && entry.ends_with(end);
+}
+
+template <typename Take>
+void for_each_copy(const std::string &target, Take take) {
+  const std::string folder = folder_of(target);
+  const Entries entries(opendir(folder.c_str()));
+  while (const dirent *entry = entries == nullptr ? nullptr : readdir(entries.get())) {
+    Copy copy = {path_in(folder, entry->d_name), false, ""};
+    if (is_copy_of(name_of(target), entry->d_name, copy)) take(copy);
+  }
+}
+
+// No other writer is at work: what none of them needs any more was given up.
+void remove_given_up(const std::string &target) {
+  for_each_copy(target, [&](const Copy &copy) {
+    if (!is_needed(copy, target)) unlink(copy.path.c_str());
+  });
+}
+
+bool lock_file(const char *path, SaveLock &lock, int wait) {
   constexpr int kPause = 20;  // ms
   const std::string target = behind_links(path);
   if (target.empty()) return false;
-  lock.number = open(folder_of(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (lock.number < 0) return errno == EACCES;  // who may not read the folder can still save in it
   for (int waited = 0;; waited += kPause) {
-    if (flock(lock.number, LOCK_EX | LOCK_NB) == 0) return true;
-    if (waited >= wait || (errno != EWOULDBLOCK && errno != EINTR)) return false;
+    if (!open_lock(target, lock)) return false;
+    const bool locked = flock(lock.file.number, LOCK_EX | LOCK_NB) == 0;
+    if (locked && is_same_file(lock)) break;
+    const int error = locked ? EWOULDBLOCK : errno;
+    if (error != EWOULDBLOCK && error != EINTR) return false;
+    lock.path.clear();  // it is another one's
+    close_checked(lock.file);
+    if (waited >= wait) return fails_with(EWOULDBLOCK);
     usleep(kPause * 1000);
   }
+  remove_given_up(target);
+  return true;
 }
 
 // False when memory runs out: the standard library's strings throw then, our callers know results only.
@@ -358,14 +487,16 @@ bool in_memory(Work work) {
   try {
     return work();
   } catch (const std::bad_alloc &) {
-    return false;
+    return fails_with(ENOMEM);
   }
 }
 
 }  // namespace
 
 Descriptor::~Descriptor() {
+  const int error = errno;  // of what failed before
   if (number >= 0) close(number);
+  errno = error;
 }
 
 FILE *OpenAFile(const char *path, const char *mode) { return std::fopen(path, mode); }
@@ -426,6 +557,30 @@ int replace_file(const char *path, std::string_view content) {
   return in_memory([&] { return replace(path, content); });
 }
 
-int lock_for_saving(const char *path, Descriptor &lock, int wait) {
-  return in_memory([&] { return lock_folder_of(path, lock, wait); });
+int lock_for_saving(const char *path, SaveLock &lock, int wait) {
+  return in_memory([&] { return lock_file(path, lock, wait); });
+}
+
+int is_saved_now(const char *path) {
+  return in_memory([&] {
+    const std::string target = behind_links(path);
+    const Descriptor lock(open(path_in(folder_of(target), "." + name_of(target) + ".lock").c_str(),
+                               O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    return lock.number >= 0 && flock(lock.number, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  });
+}
+
+std::string interrupted_copy(const char *path) {
+  std::string found;
+  const std::string target = behind_links(path);
+  for_each_copy(target, [&](const Copy &copy) {
+    if (is_needed(copy, target)) found = copy.path;
+  });
+  return found;
+}
+
+SaveLock::~SaveLock() {
+  const int error = errno;
+  if (!path.empty()) unlink(path.c_str());  // before the lock goes: who waits for it looks again
+  errno = error;
 }

@@ -8,7 +8,9 @@
 #include "corbix/xconfig.h"
 #include "setup/check/faults.h"
 #include "setup/check/texts.h"
+#include "setup/configuration/texts.h"
 #include "setup/settings/models.h"
+#include "util/files.h"
 
 namespace {
 
@@ -114,6 +116,8 @@ Outcome check_file(const char *file, std::vector<KeyFinding> &findings) {
   if (!loaded) return Outcome::file_unreadable;
   const Setting &model = *setting_of_key("UpsModel");
   if (!walk.lines.contains(&model)) findings.insert(findings.begin(), {0, model.key, no_model_label[language]});
+  const std::string copy = interrupted_copy(file);
+  if (!copy.empty()) findings.insert(findings.begin(), {0, "", filled(copy_label, {copy})});
   return Outcome::done;
 }
 

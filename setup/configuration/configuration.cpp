@@ -183,7 +183,7 @@ std::vector<std::string> default_values() {
 }
 
 int save_configuration(const char *file) {
-  Descriptor lock;  // two programs that save at the same time must not mix
+  SaveLock lock;  // two programs that save at the same time must not mix
   if (!lock_for_saving(file, lock)) return not_saved(file, errno);
   const bool exists = does_file_exist(file, 1) != 0;
   if (!(exists ? XOpenProfile(file, kWriteText) : XCreateProfile(file, kHeader))) return not_saved(file, errno);
@@ -208,9 +208,8 @@ int save_configuration(const char *file) {
 const std::vector<std::string> &save_report() { return report; }
 
 std::string obstacle_to_saving(const char *file) {
-  Descriptor lock;
   const bool exists = does_file_exist(file, 1) != 0;
-  const int error = access(exists ? file : ".", W_OK) != 0 ? errno : lock_for_saving(file, lock, 0) ? 0 : errno;
+  const int error = access(exists ? file : ".", W_OK) != 0 ? errno : is_saved_now(file) ? EWOULDBLOCK : 0;
   return error == 0 ? "" : filled(unsavable_label, {file, reason_of(error)});
 }
 

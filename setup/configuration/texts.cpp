@@ -11,4 +11,5 @@ Label refused_label = {"%s: %s and the settings that follow it could not be save
                        "%s: %s とそれに続く設定は保存できませんでした。"};
 Label unsaved_label = {"%s holds changes that an earlier session could not save",
                        "%s に前回保存されなかった変更があります。"};
-Label copy_label = {"%s is the whole file of an interrupted write", "%s は書き込みが中断したファイルの写しです。"};
+Label copy_label = {"a write was interrupted, the whole old file is %s",
+                    "書き込みが中断しました。元のファイル全体は %s にあります。"};

@@ -134,7 +134,7 @@ Outcome change_configuration(const char *file, std::span<const Change> changes, 
   const bool has_model =
       std::ranges::any_of(changes, [](const Change &change) { return change.setting->kind == Kind::model; });
   if (has_model && !InitUpsTypeArray()) return Outcome::database_unreadable;
-  Descriptor lock;  // nobody may save between this reading and the writing
+  SaveLock lock;  // nobody may save between this reading and the writing
   if (!lock_for_saving(file, lock)) return Outcome::file_unwritable;
   if (!init_config_vals(file)) return Outcome::file_unreadable;
   const std::vector<Stored> before = all_stored_values();
