@@ -1,5 +1,6 @@
 // Any text on its way to the screen, typed, cut into tokens, as a time or a number: nothing is read or written beside
 // it, and nothing but characters reaches the terminal. The first byte chooses widths, sizes and the charset.
+#include <algorithm>
 #include <clocale>
 #include <cstring>
 #include <vector>
@@ -13,8 +14,10 @@
 
 namespace {
 
+constexpr Charset kCharsets[] = {Charset::bytes, Charset::locale, Charset::euc_jp, Charset::raw_euc_jp};
+
 void show(const std::string &text, size_t columns) {
-  for (const Charset charset : {Charset::bytes, Charset::locale, Charset::euc_jp}) {
+  for (const Charset charset : kCharsets) {
     const std::wstring cells = text_to_cells(text, charset, columns);
     expect(cells.size() <= columns && cells.size() <= text.size());
     for (const wchar_t cell : cells) expect(cell >= L' ' && cell != 0x7F && (cell < 0x80 || cell >= 0xA0));
@@ -22,10 +25,10 @@ void show(const std::string &text, size_t columns) {
   text_to_terminal(text, Charset::euc_jp);
 }
 
-void type(std::string_view typed) {
+void type(std::string_view typed, Charset charset) {
   while (!typed.empty()) {
-    const TypedCharacter character = typed_character(typed, Charset::euc_jp);
-    expect(character.bytes <= typed.size() && character.text.size() <= 2);
+    const TypedCharacter character = typed_character(typed, charset);
+    expect(character.bytes <= typed.size() && character.text.size() <= std::max<size_t>(character.bytes, 2));
     if (character.bytes == 0) return;
     typed.remove_prefix(character.bytes);
   }
@@ -66,7 +69,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   const int room = data[0] % 100 + 1;
   const std::string bytes = text_of_bytes(data + 1, size - 1);
   show(bytes, static_cast<size_t>(room));
-  if (!bytes.empty() && static_cast<unsigned char>(bytes[0]) >= 0x80) type(bytes);
+  const bool typed = !bytes.empty() && static_cast<unsigned char>(bytes[0]) >= 0x80;
+  for (const Charset charset : kCharsets) {
+    if (typed) type(bytes, charset);
+  }
   cut(bytes.c_str(), room);
   change(bytes.c_str(), room);
   return 0;

@@ -56,7 +56,7 @@ void draw_box(WINDOW *parent, const char *text, const char *sep, int32_t attr, i
   }
   const Window sign = error != 0 ? open_error_sign(parent, lines, attr) : nullptr;
   wshow(box.get());
-  winkey(box.get());
+  wait_for_key(box.get());
 }
 
 void draw_box_nowait(WINDOW *, const char *text, const char *sep, int32_t attr) {

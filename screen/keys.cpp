@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <ctime>
 #include <string>
+#include <utility>
 
 #include "screen/draw.h"
 #include "screen/terminal.h"
@@ -17,7 +18,7 @@ constexpr int kControlH = 8;
 constexpr int kSameCharacter = 100;  // ms within which the bytes of a character follow each other
 constexpr int kLineBuffer = 280;
 
-// Bytes of a typed character that were not handed out yet. Written by read_text_key.
+// Bytes of a typed character that were not handed out yet. Written by everything here that reads.
 std::string rest_of_character;
 
 bool is_high_byte(int key) { return key >= 0x80 && key <= 0xFF; }
@@ -44,9 +45,9 @@ int read_key(WINDOW *win, int limit) {
 }
 
 // Reads the rest of the character that begins with the byte `first`; its first byte as texts have it.
-int read_character(WINDOW *win, int first) {
+int read_character(WINDOW *win, int first, Charset charset) {
   std::string typed(1, static_cast<char>(first));
-  TypedCharacter character = typed_character(typed, Charset::euc_jp);
+  TypedCharacter character = typed_character(typed, charset);
   while (character.bytes == 0) {
     const int next = read_key(win, kSameCharacter);
     if (!is_high_byte(next)) {
@@ -54,10 +55,10 @@ int read_character(WINDOW *win, int first) {
       return kKeyUnfit;
     }
     typed += static_cast<char>(next);
-    character = typed_character(typed, Charset::euc_jp);
+    character = typed_character(typed, charset);
   }
   const std::string_view last = std::string_view(typed).substr(typed.size() - 1);
-  const bool begins_another = character.bytes < typed.size() && typed_character(last, Charset::euc_jp).bytes == 0;
+  const bool begins_another = character.bytes < typed.size() && typed_character(last, charset).bytes == 0;
   if (begins_another) ungetch(static_cast<unsigned char>(last.front()));
   if (character.text.empty()) return kKeyUnfit;
   rest_of_character = character.text.substr(1);
@@ -73,7 +74,7 @@ int read_text_key(WINDOW *win, int limit) {
   }
   const int key = read_key(win, limit);
   if (key == kDelete) return kKeyBackspace;
-  return is_high_byte(key) && present_charset() == Charset::euc_jp ? read_character(win, key) : key;
+  return is_high_byte(key) ? read_character(win, key, present_charset()) : key;
 }
 
 // --- editing one line
@@ -142,6 +143,13 @@ int winkey(WINDOW *win) {
 }
 
 int inkey() { return winkey(stdscr); }
+
+std::string take_rest_of_character() { return std::exchange(rest_of_character, {}); }
+
+void wait_for_key(WINDOW *win) {
+  winkey(win);
+  take_rest_of_character();
+}
 
 int inkeye(int32_t attr) {
   int row = 0;

@@ -27,11 +27,15 @@ inline constexpr int kKeyEnd = 360;
 constexpr bool is_enter(int key) { return key == kKeyLineFeed || key == kKeyReturn || key == kKeyEnter; }
 
 // The key, 0 when a read failed. A resize of the terminal is no key; when the terminal is gone, the program ends. A
-// character of several bytes arrives byte by byte, in the encoding of texts; one that texts can't hold gives
-// kKeyUnfit once.
+// character of several bytes arrives byte by byte, in the encoding of texts; what is no whole character, or one that
+// texts can't hold, gives kKeyUnfit once.
 int inkey();
 int winkey(WINDOW *win);
 inline constexpr int kKeyUnfit = 0x10000;
+// The bytes of the character whose first one was read last, for a reader that takes characters whole.
+std::string take_rest_of_character();
+// Waits for any key, or character.
+void wait_for_key(WINDOW *win);
 // Reads a key and echoes it where the cursor stood before.
 int inkeye(int32_t attr);
 // One read without waiting: the raw value, -1 when there is no key.

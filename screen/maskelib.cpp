@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <span>
 #include <string>
-#include <utility>
 
 #include "record/typed_text.h"
 #include "screen/draw.h"
 #include "screen/image.h"
 #include "screen/keys.h"
 #include "util/charset.h"
-#include "util/euc_jp.h"
 #include "util/text.h"
 #include "util/trace.h"
 
@@ -23,34 +21,29 @@ namespace {
 
 constexpr int kFieldTextSize = 256;  // longest field and terminator
 
-// A cell whose character lost its other half. A control byte: it shows as "?".
+// A cell whose character lost its other cells. A control byte: it shows as "?".
 constexpr char kHalfCharacter = 0x1A;
 
-// Japanese texts have characters of two cells; those of other texts are taken byte by byte.
-bool is_japanese() {
-  const Charset charset = present_charset();
-  return charset == Charset::euc_jp || charset == Charset::raw_euc_jp;
-}
-
-size_t character_cells(std::span<const char> cells, size_t at) {
-  return euc_jp_length(std::string_view(cells.data(), cells.size()).substr(at));
+size_t character_cells(std::span<const char> cells, size_t at, Charset charset) {
+  return character_length(std::string_view(cells.data(), cells.size()).substr(at), charset);
 }
 
 // Before a change at `boundary`: the character that has cells on both sides of it becomes halves.
-void part_characters(std::span<char> cells, int boundary) {
-  const auto limit = std::min(static_cast<size_t>(std::max(boundary, 0)), cells.size());
+void part_characters(std::span<char> cells, int boundary, Charset charset) {
+  const auto limit = std::min(static_cast<size_t>(boundary), cells.size());
   for (size_t at = 0; at < limit;) {
-    const size_t count = character_cells(cells, at);
+    const size_t count = character_cells(cells, at, charset);
     if (at + count > limit) std::ranges::fill(cells.subspan(at, count), kHalfCharacter);
     at += count;
   }
 }
 
-// Halves, and bytes that are no character, become blanks.
-void blank_halves(std::span<char> cells) {
+// Halves, and in Japanese all bytes that are no character, become blanks.
+void blank_halves(std::span<char> cells, Charset charset) {
+  const bool japanese = charset == Charset::euc_jp || charset == Charset::raw_euc_jp;
   for (size_t at = 0; at < cells.size();) {
-    const size_t count = character_cells(cells, at);
-    const bool broken = count == 1 && static_cast<unsigned char>(cells[at]) >= 0x80;
+    const size_t count = character_cells(cells, at, charset);
+    const bool broken = japanese && count == 1 && static_cast<unsigned char>(cells[at]) >= 0x80;
     if (cells[at] == kHalfCharacter || broken) cells[at] = ' ';
     at += count;
   }
@@ -70,45 +63,39 @@ constexpr EndingKey kEndingKeys[] = {
 constexpr int kControlH = 8;
 constexpr int kLastControl = 31;
 
-// A key that was typed; a two-byte character is one.
+// A key that was typed; for a character all of its bytes, each of which takes a cell.
 struct Typed {
-  int key;  // the character's first byte
-  char second;
-  int cells;
+  int key;
+  std::string bytes;
 };
 
 struct FieldEdit {
   WINDOW *win;
   const FieldDescriptor &field;
   std::span<char> cells;
-  int position = 0;  // the cell of the cursor
-  int unread = 0;    // a key that was read as the rest of a character, but is none
+  Charset charset = present_charset();
+  int position = 0;      // the cell of the cursor
+  bool changed = false;  // something was typed into the cells
 };
 
-int take_key(FieldEdit &edit) { return edit.unread != 0 ? std::exchange(edit.unread, 0) : winkey(edit.win); }
-
-Typed take_typed(FieldEdit &edit) {
-  const int key = take_key(edit);
-  if (key < 0x80 || key > 0xFF || !is_japanese()) return {key, 0, 1};
-  if (!is_euc_jp_part(static_cast<char>(key))) return {kKeyUnfit, 0, 1};
-  const int second = take_key(edit);
-  if (second <= 0xFF && is_euc_jp_part(static_cast<char>(second))) return {key, static_cast<char>(second), 2};
-  edit.unread = second;
-  return {kKeyUnfit, 0, 1};
+Typed take_typed(WINDOW *win) {
+  const int key = winkey(win);
+  return {key, static_cast<char>(key) + take_rest_of_character()};
 }
 
-// Breaks the two-byte characters that a change of `count` cells cuts through.
+// Before a change of `count` cells: the characters that it cuts through become halves.
 void part_at_edges(FieldEdit &edit, int count) {
-  if (!is_japanese()) return;
-  part_characters(edit.cells, edit.position);
-  part_characters(edit.cells, edit.position + count);
+  edit.changed = true;
+  if (edit.charset == Charset::bytes) return;
+  part_characters(edit.cells, edit.position, edit.charset);
+  part_characters(edit.cells, edit.position + count, edit.charset);
 }
 
-void enter_character(FieldEdit &edit, const Typed &typed) {
-  part_at_edges(edit, typed.cells);
-  const char bytes[2] = {static_cast<char>(typed.key), typed.second};
-  std::copy_n(bytes, typed.cells, edit.cells.begin() + edit.position);
-  edit.position += typed.cells;
+void enter_character(FieldEdit &edit, const std::string &bytes) {
+  const int count = static_cast<int>(bytes.size());
+  part_at_edges(edit, count);
+  std::ranges::copy(bytes, edit.cells.begin() + edit.position);
+  edit.position += count;
 }
 
 void erase_before(FieldEdit &edit) {
@@ -126,7 +113,8 @@ void draw_edited(const FieldEdit &edit) {
 // Does what was typed; the key that ends the edit, 0 to go on.
 int apply_typed(FieldEdit &edit, const Typed &typed) {
   const int length = static_cast<int>(edit.cells.size());
-  const FieldStep step = field_step(edit.field.type, length, edit.position, typed.key, typed.cells);
+  const int cells = static_cast<int>(typed.bytes.size());
+  const FieldStep step = field_step(edit.field.type, length, edit.position, typed.key, cells);
   switch (step.action) {
     case FieldAction::kIgnore:
     case FieldAction::kEnd:
@@ -145,7 +133,7 @@ int apply_typed(FieldEdit &edit, const Typed &typed) {
       draw_edited(edit);
       break;
     case FieldAction::kEnter:
-      enter_character(edit, typed);
+      enter_character(edit, typed.bytes);
       draw_edited(edit);
       break;
   }
@@ -159,21 +147,21 @@ int edit_cells(FieldEdit &edit) {
   while (ended == 0) {
     wcursor(edit.win, edit.field.row, edit.field.col + edit.position);
     wshow(edit.win);
-    ended = apply_typed(edit, take_typed(edit));
+    ended = apply_typed(edit, take_typed(edit.win));
   }
   show_cursor(edit.win, false);
   return ended;
 }
 
 // Takes the text of the field's cells back into the record.
-void store_cells(void *rec, const FieldDescriptor *tab, int i, std::span<char> cells, bool changed) {
-  if (changed && is_japanese()) blank_halves(cells);
+void store_cells(void *rec, const FieldDescriptor *tab, int i, const FieldEdit &edit) {
+  if (edit.changed && edit.charset != Charset::bytes) blank_halves(edit.cells, edit.charset);
   char text[kImageColumns + 1];
-  cpynstr(text, {cells.data(), cells.size()});
+  cpynstr(text, {edit.cells.data(), edit.cells.size()});
   finish_text(text, tab[i].type);
   if (debugLevel > kTraceDetails) myfprintf("maskelib.c:edit_field:field_index=%d|buffer=%s|\n", i, text);
   // The cells may not show all of a number: it is taken only when it was typed.
-  if (changed || !is_number_field(tab[i].type)) put_field(rec, tab, i, text);
+  if (edit.changed || !is_number_field(tab[i].type)) put_field(rec, tab, i, text);
 }
 
 }  // namespace
@@ -220,10 +208,9 @@ int edit_field(WINDOW *win, void *rec, const FieldDescriptor *tab, int i) {
   if (is_skip_field(field.type)) return last_edited >= i ? kKeyUp : kKeyDown;
 
   const std::span<char> cells = image_cells(Edit_screen, field.row, field.col, field.length);
-  const std::string before(cells.begin(), cells.end());
   FieldEdit edit{win, field, cells};
   const int key = edit_cells(edit);
-  if (!cells.empty()) store_cells(rec, tab, i, cells, !std::ranges::equal(cells, before));
+  if (!cells.empty()) store_cells(rec, tab, i, edit);
   show_field(win, rec, tab, i, attr_dkl);
   return key;
 }

@@ -27,7 +27,7 @@ int edit_field(WINDOW *win, void *rec, const FieldDescriptor *tab, int i);
 int steuerung(int *i, int key, int count);
 
 // What a key does to a field of `length` cells with the cursor on cell `position`, which may be one behind the last. A
-// character takes `cells` cells (2 for a two-byte one).
+// character takes `cells` cells, one for each of its bytes.
 enum class FieldAction { kIgnore, kBeep, kEnter, kErase, kMoveLeft, kMoveRight, kEnd };
 struct FieldStep {
   FieldAction action;

@@ -41,7 +41,7 @@ void show_file_missing(WINDOW *win, const char *file) {
   std::snprintf(text, sizeof text, file_missing_label[language], file);
   wprintv_cut(win, text, kAttrHighlight, 10, 11, 38);
   wshow(win);
-  winkey(win);
+  wait_for_key(win);
 }
 
 std::string standing;  // the first that is wrong with the file, or what an earlier session left; written at the start

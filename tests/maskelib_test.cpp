@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <cstring>
 #include <string>
 
@@ -10,6 +11,7 @@
 #include "screen/mask_template.h"
 #include "tests/curses_screen.h"
 #include "tests/folder.h"
+#include "util/charset.h"
 #include "util/language.h"
 #include "util/text.h"
 
@@ -127,42 +129,54 @@ struct FormScreen : CursesScreen {
 };
 
 TEST(Edit, TypedTextsReachTheRecord) {
+  using enum Charset;
   const struct {
-    int language;
+    Charset charset;
     uint8_t type, length;
     const char *text;
     std::u16string_view keys;  // in their numbers: 0x103 is Up, 0x102 Down, 0x104 Left, 0x105 Right
     int key;                   // that ended it
     const char *stored;
   } cases[] = {
-      {0, 0, 4, "wxyz", u"a\u0105\u0105bc\n", 13, "axyb"},  // overwrites; behind the last cell nothing is taken
-      {0, 0, 4, "wxyz", u"\u0105\u0105\b\t", 9, "wyz"},     // the cells behind move up
-      {0, 0, 4, "ab", u"\b|\\\u0104", 260, "ab"},
-      {0, 13, 4, "yes", u"x\u0105\b9\u0112", 274, "yes"},  // read-only: Backspace does not erase either
-      {0, 14, 7, "", u"default\u0103", 259, "default"},
-      {0, 14, 7, "default", u"007    \u0102", 258, "7"},
-      {0, 12, 4, "0042", u"?", '?', "42"},  // also when nothing was typed
-      {0, 12, 4, "", u"\u0168", 360, ""},
-      {0, 16, 4, "", u"a.b_\u0106", 262, "ab"},
-      {0, 0, 6, "", u"\u00E9\u00A4\r", 13, "\xE9\xA4"},
-      {1, 0, 5, "", u"\u00A4\u00A2\u00A4\u00A4\u00A4\u00A6z\r", 13, "\xA4\xA2\xA4\xA4z"},  // half of one would fit
-      {1, 0, 4, "\xA4\xA2\xA4\xA4", u"x\r", 13, "x \xA4\xA4"},  // its other half is stored as a blank
-      {1, 16, 4, "", u"\u00A4\u00A2z\r", 13, "z"},
-      {1, 0, 4, "", u"\u00A4z\r", 13, "z"},    // what is no second byte is a key of its own
-      {1, 0, 4, "a\xA4", u"\r", 13, "a\xA4"},  // passing over a text changes no byte of it
+      {bytes, 0, 4, "wxyz", u"a\u0105\u0105bc\n", 13, "axyb"},  // overwrites; behind the last cell nothing is taken
+      {bytes, 0, 4, "wxyz", u"\u0105\u0105\b\t", 9, "wyz"},     // the cells behind move up
+      {bytes, 0, 4, "ab", u"\b|\\\u0104", 260, "ab"},
+      {bytes, 13, 4, "yes", u"x\u0105\b9\u0112", 274, "yes"},  // read-only: Backspace does not erase either
+      {bytes, 14, 7, "", u"default\u0103", 259, "default"},
+      {bytes, 14, 7, "default", u"007    \u0102", 258, "7"},
+      {bytes, 12, 4, "0042", u"?", '?', "42"},  // also when nothing was typed
+      {bytes, 12, 4, "", u"\u0168", 360, ""},
+      {bytes, 16, 4, "", u"a.b_\u0106", 262, "ab"},
+      {bytes, 0, 6, "", u"\u00E9\u00A4\r", 13, "\xE9\xA4"},
+      {raw_euc_jp, 0, 5, "", u"\u00A4\u00A2\u00A4\u00A4\u00A4\u00A6z\r", 13,
+       "\xA4\xA2\xA4\xA4z"},                                             // half of one would fit
+      {raw_euc_jp, 0, 4, "\xA4\xA2\xA4\xA4", u"x\r", 13, "x \xA4\xA4"},  // its other half is stored as a blank
+      {raw_euc_jp, 16, 4, "", u"\u00A4\u00A2z\r", 13, "z"},
+      {raw_euc_jp, 0, 4, "", u"\u00A4z\r", 13, "z"},    // what is no second byte is a key of its own
+      {raw_euc_jp, 0, 4, "a\xA4", u"\r", 13, "a\xA4"},  // passing over a text changes no byte of it
+      {euc_jp, 0, 4, "", u"\u00E6\u00BC\u00A2\u00E9\r", 13, "\xB4\xC1"},
+      {locale, 0, 4, "", u"\u00C3\u00BC \u00C3\u00A4z\r", 13, "\xC3\xBC z"},  // half of one would fit
+      {locale, 0, 4, "", u"\u00C3z\u00BC\r", 13, "z"},
+      {locale, 0, 4, "a\xC3\xBC", u"\u0105\u0105\u0105\b\r", 13, "a"},
+      {locale, 0, 4, "\xB4\xC1", u"\u0105\u0105x\r", 13, "\xB4\xC1x"},  // what else stands there stays
+      {bytes, 2, 6, "1000000", u"\u0105\r", 13, "     1000000"},        // shown as 100000
+      {bytes, 2, 6, "1000000", u"100000\r", 13, "      100000"},        // typed over what is shown
   };
   const FormScreen screen;
   for (const auto &c : cases) {
     char rec[12] = "";
-    cpynstr(rec, c.text);
+    put_data(rec, c.text, c.type, sizeof rec);
     const FieldDescriptor tab[] = {{c.type, 2, 3, c.length}, {255, 0, 0, 0}};
-    language = c.language;
+    const bool wide = c.charset == euc_jp || c.charset == locale;
+    std::setlocale(LC_ALL, wide ? "C.UTF-8" : "C");
+    language = c.charset == euc_jp || c.charset == raw_euc_jp;
     show_rec(screen.win.get(), rec, tab, attr_dkl);
     type_keys(c.keys);
     EXPECT_EQ(edit_field(screen.win.get(), rec, tab, 0), c.key) << c.stored;
-    EXPECT_EQ(text_of(rec, c.type, c.length), c.stored);
+    EXPECT_EQ(text_of(rec, c.type, sizeof rec), c.stored);
   }
   language = 0;
+  std::setlocale(LC_ALL, "C");
 }
 
 TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {

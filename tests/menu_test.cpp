@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <cstring>
 #include <initializer_list>
 #include <string>
 #include <tuple>
 
+#include "screen/box.h"
 #include "screen/keys.h"
 #include "screen/list.h"
 #include "tests/curses_screen.h"
@@ -102,9 +104,12 @@ TEST(Menu, Results) {
   EXPECT_STREQ(text, "-");
   EXPECT_EQ(DoScrollMenu(stdscr, 20, 1, 20, 2, 0, 0, text, "T", "a|b|c|d|e", "|", 1, 3), 5);
   EXPECT_STREQ(text, "e");
+  std::setlocale(LC_ALL, "C.UTF-8");
+  type_ahead({0xC3, 0xBC, 'x'});
+  draw_box(stdscr, "text", "|", 0, 0, 0);
+  EXPECT_EQ(inkey(), 'x') << "the character that closes a box is gone whole";
+  std::setlocale(LC_ALL, "C");
 }
-
-// --- boxes and files
 
 TEST(File, ExistsUnlessItIsKnownToBeMissing) {
   EXPECT_EQ(does_file_exist("/etc/passwd", 1), 1);
