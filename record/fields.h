@@ -1,4 +1,4 @@
-// The fields of a form: a table over a plain record, and its members as texts.
+// The fields of a form: a table over a plain record, its members as texts, and what may be typed into them.
 //
 // The record's members follow the table: a text member takes `length` bytes and is not terminated when it is full; a
 // number is an int32_t aligned to 4; types 5, 8, 9 and those above 20 take no room.
@@ -63,3 +63,15 @@ void put_data(void *member, const char *text, int type, int length);
 // The same for field i: 0, or -1 when there is no such field. `buf` holds 256 bytes at least.
 int get_field(const void *rec, const FieldDescriptor *tab, int i, char *buf);
 int put_field(void *rec, const FieldDescriptor *tab, int i, const char *text);
+
+// --- what is typed
+
+// True when a field of that type takes the character that begins with the byte `ch` in cell `position` (from 0).
+bool accepts_character(int type, int position, int ch);
+// What a text becomes when its field is left, in place (12 bytes at least): without trailing blanks; type 12 a decimal
+// integer, type 14 too unless it is "default"; an empty text stays empty.
+void finish_text(char *text, int type);
+// Cuts trailing blanks.
+char *stripstr(char *str);
+// Re-prints the text as a decimal integer (the buffer holds 12 bytes at least).
+char *drop_leading_zeros(char *str);

@@ -16,7 +16,6 @@ namespace {
 constexpr int kBoxRow = 9;
 constexpr int kBoxColumn = 4;
 constexpr int kBoxWidth = 71;
-constexpr int kSingleLine = 1;
 
 Window open_box(int lines, int32_t attr) {
   Window box = open_window(lines + 2, kBoxWidth, kBoxRow, kBoxColumn);

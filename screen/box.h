@@ -2,8 +2,6 @@
 // screen back as it was when it closes.
 #pragma once
 
-#include <cstdint>
-
 #include "screen/scrio.h"
 
 // A message of several lines; waits for a key. With `error` a second small window says so.

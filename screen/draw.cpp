@@ -15,9 +15,6 @@ namespace {
 constexpr int kFormattedText = 260;
 constexpr int kClearedColumns = 79;  // kept: cls leaves the last column alone
 constexpr int32_t kClearedAttr = 7;
-constexpr int kInvisibleFrame = 4;
-
-bool is_printable_ascii(char c) { return c >= ' ' && c <= '~'; }
 
 // What a character, a key code or a frame's piece shows as in one cell.
 chtype shown_piece(chtype piece) {

@@ -5,7 +5,6 @@
 // that are no character, show as "?".
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 
 #include "screen/scrio.h"
@@ -39,8 +38,9 @@ void wcls(WINDOW *win);
 
 // --- lines, frames, areas
 
+// Any other style is drawn as a single line, kDoubleLine too: it differs in menus only.
+enum FrameStyle : int { kSingleLine = 1, kDoubleLine = 2, kInvisibleFrame = 4 };
 // The eight pieces of a frame: top, right, bottom, left edge, upper left, upper right, lower right, lower left corner.
-// Style 4 gives blanks, any other the single line.
 void get_frame_pieces(chtype pieces[8], int style);
 // A line from (row1, col1): vertical when the columns are equal, else horizontal; the end coordinate itself is the
 // number of cells.
@@ -55,7 +55,7 @@ void wfdraw_frame_size(WINDOW *win, int row, int col, int height, int width, int
 void wfdraw_frame(WINDOW *win, int32_t attr, int style);
 // A line across the window, joined to its frame by tee pieces.
 void wfdraw_separator(WINDOW *win, int row, int32_t attr);
-// The closed rectangle, respectively `height` lines of `width` cells, respectively the inside of the window's frame.
+// The closed rectangle; `height` lines of `width` cells; the inside of the window's frame.
 void ffill_area(int row1, int col1, int row2, int col2, int ch, int32_t attr);
 void wffill_area(WINDOW *win, int row, int col, int height, int width, int ch, int32_t attr);
 void wffill_full_area(WINDOW *win, int ch, int32_t attr);

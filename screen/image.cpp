@@ -16,29 +16,18 @@ char *Edit_screen, *User1_screen, *User2_screen, *Sysbuff;
 
 namespace {
 
-constexpr int kDecimal = 1;
-constexpr int kHexadecimal = 2;
-constexpr int kTextValue = 3;
-
 std::string_view text_of(std::span<const char> cells) { return {cells.data(), cells.size()}; }
 
 // The window's current attribute, to write without changing it.
 int32_t current_attr(WINDOW *win) { return getattrs(win); }
 
-void fill_block(WINDOW *win, int row1, int col1, int row2, int col2, int32_t attr, char ch) {
-  wsetattr(win, attr);
-  draw_blk(win, Edit_screen, row1, col1, row2, col2, ch, 1);
-  wsetattr(win, kAttrNormal);
-}
-
 // A value's text into its cells of the image and the window.
-void show_value(WINDOW *win, int row, int col, int32_t attr, const char *value, int length, int mode) {
+void show_value(WINDOW *win, int row, int col, int32_t attr, const char *value, int length, Alignment align) {
   const std::span<char> cells = image_cells(Edit_screen, row, col, length);
-  const bool number = mode != kTextValue;
   char text[kImageColumns + 1];
   const int width = static_cast<int>(cells.size());
   cpynstr(text, value, width + 1);
-  strpad(text, width, number && null_unt == 0 ? '0' : ' ', number ? 2 : 1, 1);
+  strpad(text, width, align == kRight && null_unt == 0 ? '0' : ' ', align, 1);
 
   set_sysattr(attr);  // kept: the window draws in the attribute that its mask has set
   fill_cells(cells, text);
@@ -107,11 +96,13 @@ void wattrib(WINDOW *win, int row, int col, int length, int32_t attr) {
 }
 
 void drawln(WINDOW *win, int row1, int col1, int row2, int col2, int32_t attr, char ch) {
-  fill_block(win, row1, col1, row2, col2, attr, ch);
+  wsetattr(win, attr);
+  draw_blk(win, Edit_screen, row1, col1, row2, col2, ch, 1);
+  wsetattr(win, kAttrNormal);
 }
 
 void clsln(WINDOW *win, int row1, int col1, int row2, int col2, int32_t attr) {
-  fill_block(win, row1, col1, row2, col2, attr, ' ');
+  drawln(win, row1, col1, row2, col2, attr, ' ');
 }
 
 void insert_char(WINDOW *win, int row, int pos, int end, char ch) {
@@ -131,22 +122,23 @@ void delete_char(WINDOW *win, int row, int pos, int end, char fill) {
 }
 
 void disp_value(WINDOW *win, int row, int col, int32_t attr, intptr_t value, int length, int mode) {
-  char digits[34];
   const auto number = static_cast<int32_t>(value);
-  if (mode == kDecimal) show_value(win, row, col, attr, qltoa(number, digits, 10), length, mode);
-  if (mode == kHexadecimal) show_value(win, row, col, attr, qltoa(number, digits, 16), length, mode);
+  if (mode == kDecimal) dispdez(win, row, col, attr, number, length);
+  if (mode == kHexadecimal) disphex(win, row, col, attr, number, length);
   // NOLINTNEXTLINE(performance-no-int-to-ptr): one parameter carries numbers and texts
-  if (mode == kTextValue) show_value(win, row, col, attr, reinterpret_cast<const char *>(value), length, mode);
+  if (mode == kTextValue) display(win, row, col, attr, reinterpret_cast<const char *>(value), length);
 }
 
 void dispdez(WINDOW *win, int row, int col, int32_t attr, int32_t value, int length) {
-  disp_value(win, row, col, attr, value, length, kDecimal);
+  char digits[34];
+  show_value(win, row, col, attr, qltoa(value, digits, 10), length, kRight);
 }
 
 void disphex(WINDOW *win, int row, int col, int32_t attr, int32_t value, int length) {
-  disp_value(win, row, col, attr, value, length, kHexadecimal);
+  char digits[34];
+  show_value(win, row, col, attr, qltoa(value, digits, 16), length, kRight);
 }
 
 void display(WINDOW *win, int row, int col, int32_t attr, const char *value, int length) {
-  disp_value(win, row, col, attr, reinterpret_cast<intptr_t>(value), length, kTextValue);
+  show_value(win, row, col, attr, value, length, kLeft);
 }

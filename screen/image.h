@@ -6,7 +6,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -37,7 +36,7 @@ constexpr size_t cell_index(int row, int col) {
 }
 // The cells of `image` (kImageSize bytes; null: none) from (row, col) on: at most `length`, up to the end of the row.
 std::span<char> image_cells(char *image, int row, int col, int length);
-// `text` into the cells, blanks behind it; what does not fit is cut.
+// `text` into the cells, and blanks after it; what does not fit is cut.
 void fill_cells(std::span<char> cells, std::string_view text);
 // Writes the text at (row, col) of the window, as much as fits into it; a NUL shows as a blank.
 void draw_cells(WINDOW *win, std::string_view text, int32_t attr, int row, int col);
@@ -48,7 +47,7 @@ void draw_cells(WINDOW *win, std::string_view text, int32_t attr, int row, int c
 void draw_blk(WINDOW *win, char *image, int row1, int col1, int row2, int col2, char ch, int fill);
 // Redraws cells from the image in `attr`, which stays set; attribute 0 shows blanks instead.
 void wattrib(WINDOW *win, int row, int col, int length, int32_t attr);
-// Fill a block with `ch`, respectively with blanks, and set the window's attribute back to the normal one.
+// Fill a block (drawln with `ch`, clsln with blanks) and set the window's attribute back to the normal one.
 void drawln(WINDOW *win, int row1, int col1, int row2, int col2, int32_t attr, char ch);
 void clsln(WINDOW *win, int row1, int col1, int row2, int col2, int32_t attr);
 // Shift the cells from column `pos` on within columns `pos` to `end`: right, `ch` goes to `pos`; left, `fill` goes to
@@ -58,9 +57,10 @@ void delete_char(WINDOW *win, int row, int pos, int end, char fill);
 
 // --- values and texts
 
-// Writes `length` cells: mode 1 decimal, 2 hexadecimal (32 bits), of the integer `value`, right-aligned; 3 the text
-// that `value` points to, left-aligned. The attribute goes to the standard screen only: the window draws in its current
-// one and then has the normal one. Other modes write nothing.
+// Writes `length` cells: an integer `value` (32 bits) right-aligned, or the text that it points to left-aligned. The
+// attribute goes to the standard screen only: the window draws in its current one and then has the normal one. Other
+// modes write nothing.
+enum ValueMode : int { kDecimal = 1, kHexadecimal = 2, kTextValue = 3 };
 void disp_value(WINDOW *win, int row, int col, int32_t attr, intptr_t value, int length, int mode);
 void dispdez(WINDOW *win, int row, int col, int32_t attr, int32_t value, int length);
 void disphex(WINDOW *win, int row, int col, int32_t attr, int32_t value, int length);

@@ -13,8 +13,7 @@
 
 namespace {
 
-constexpr int kDelete = 127;  // what many terminals send for Backspace
-constexpr int kControlH = 8;
+constexpr int kDelete = 127;         // what many terminals send for Backspace
 constexpr int kSameCharacter = 100;  // ms within which the bytes of a character follow each other
 constexpr int kLineBuffer = 280;
 
@@ -32,7 +31,7 @@ int read_key(WINDOW *win, int limit) {
     if (key != ERR) return key;
     if (arrived) {
       // an orphan in the background is refused the terminal with EIO
-      if (errno == EIO || input_has_ended() != 0) leave_lost_terminal();
+      if (errno == EIO || input_has_ended()) leave_lost_terminal();
       return ERR;
     }
     const Arrival arrival = wait_for_input(limit);
@@ -119,7 +118,7 @@ void enter_at(LineInput &line, int key) {
 
 // False for a key that does not edit.
 bool edit_line(LineInput &line, int key) {
-  if (key == kControlH || key == kKeyBackspace) {
+  if (key == kKeyControlH || key == kKeyBackspace) {
     erase_before(line);
   } else if ((key >= ' ' && key <= '~') || is_high_byte(key)) {
     enter_at(line, key);

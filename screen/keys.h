@@ -1,12 +1,12 @@
 // Every key that is read, and the editing of one line.
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 #include "screen/scrio.h"
 
 // Keys as the terminal library numbers them.
+inline constexpr int kKeyControlH = 8;  // Backspace on some terminals
 inline constexpr int kKeyTab = 9;
 inline constexpr int kKeyLineFeed = 10;
 inline constexpr int kKeyReturn = 13;
@@ -23,7 +23,7 @@ inline constexpr int kKeyNextPage = 338;
 inline constexpr int kKeyPreviousPage = 339;
 inline constexpr int kKeyEnter = 343;  // on the keypad
 inline constexpr int kKeyEnd = 360;
-// 1 for the three codes that an Enter key may send.
+// True for the three codes that an Enter key may send.
 constexpr bool is_enter(int key) { return key == kKeyLineFeed || key == kKeyReturn || key == kKeyEnter; }
 
 // The key, 0 when a read failed. A resize of the terminal is no key; when the terminal is gone, the program ends. A

@@ -10,13 +10,9 @@
 
 namespace {
 
-constexpr int kLeft = 1;
-constexpr int kRight = 2;
-constexpr int kRenumber = 1;
-constexpr int kWaitForKeys = 2;
-
 int32_t draw_entry(WINDOW *win, const StringNode &node, bool selected, int align) {
-  // column 0 is the frame's
+  // The longest text that leaves the frame its columns: the last one where a text begins at `col`, else column 0, which
+  // `width` less the text, or their halves, must not reach.
   const int room = align == kLeft    ? getmaxx(win) - 1 - node.col
                    : align == kRight ? node.width - 1
                                      : node.width / 2 * 2 - 1;
@@ -44,7 +40,7 @@ StringNode *entry_at(StringNode *list, int32_t num) {
 
 StringNode *Insert_String(StringNode *list, const char *text, int32_t strid, int32_t attr, int32_t attr_sel,
                           int32_t row, int32_t col, int32_t width) {
-  StringNode *const last = get_last_one(list, 0);
+  StringNode *const last = get_last_one(list, kOnlyWalk);
   auto *const node = new (std::nothrow) StringNode;
   if (node == nullptr) return nullptr;
   *node = {row, col, width, attr, attr_sel, "", strid, last == nullptr ? 1 : last->num + 1, last, nullptr};
@@ -64,7 +60,7 @@ int Remove_String(StringNode *list, int32_t num) {
 
 int RemoveFullList(StringNode *list) {
   if (list == nullptr) return 0;
-  for (StringNode *node = get_last_one(list, 0); node != nullptr;) {
+  for (StringNode *node = get_last_one(list, kOnlyWalk); node != nullptr;) {
     const StringNode *const removed = node;
     node = node->prev;
     delete removed;
@@ -85,7 +81,7 @@ StringNode *get_last_one(StringNode *list, int mode) {
 StringNode *get_next(StringNode *node) { return node->next; }
 
 int32_t get_last_entry_num(StringNode *list) {
-  const StringNode *const last = get_last_one(list, 0);
+  const StringNode *const last = get_last_one(list, kOnlyWalk);
   return last == nullptr ? 0 : last->num;
 }
 
@@ -150,42 +146,24 @@ int ProcessListKeyboard(int key, int32_t *first, int32_t *cursor, int32_t total,
   if (first == nullptr || cursor == nullptr) return 0;
   const int32_t last_first = std::max(total - visible + 1, 1);
   const int32_t last_cursor = std::max(std::min(visible, total), 1);
-  switch (key) {
-    case kKeyHome:
-      *first = *cursor = 1;
-      break;
-    case kKeyEnd:
-      *first = last_first;
-      *cursor = last_cursor;
-      break;
-    case kKeyNextPage:  // kept: this key moves towards the start and the other one towards the end
-      if (*first <= visible) *cursor = 1;
-      *first = std::max(*first - visible, 1);
-      break;
-    case kKeyPreviousPage:
-      if (*first + 2 * visible - 1 <= total) {
-        *first += visible;
-      } else {
-        *first = last_first;
-        *cursor = last_cursor;
-      }
-      break;
-    case kKeyUp:
-      if (*cursor > 1) {
-        --*cursor;
-      } else if (*first > 1) {
-        --*first;
-      }
-      break;
-    case kKeyDown:
-      if (*cursor < visible) {  // kept: not compared with `total`
-        ++*cursor;
-      } else if (*first < last_first) {
-        ++*first;
-      }
-      break;
-    default:
-      break;
+  if (key == kKeyHome) {
+    *first = *cursor = 1;
+  } else if (key == kKeyNextPage) {  // kept: this key moves towards the start and the other one towards the end
+    if (*first <= visible) *cursor = 1;
+    *first = std::max(*first - visible, 1);
+  } else if (key == kKeyPreviousPage && *first + 2 * visible - 1 <= total) {
+    *first += visible;
+  } else if (key == kKeyPreviousPage || key == kKeyEnd) {
+    *first = last_first;
+    *cursor = last_cursor;
+  } else if (key == kKeyUp && *cursor > 1) {
+    --*cursor;
+  } else if (key == kKeyUp && *first > 1) {
+    --*first;
+  } else if (key == kKeyDown && *cursor < visible) {  // kept: not compared with `total`
+    ++*cursor;
+  } else if (key == kKeyDown && *first < last_first) {
+    ++*first;
   }
   return *first + *cursor - 1;
 }

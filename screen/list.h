@@ -2,8 +2,6 @@
 // characters; what is longer is cut.
 #pragma once
 
-#include <cstdint>
-
 #include "screen/scrio.h"
 
 // One entry of a list; the list is its first node, an empty one is null.
@@ -28,7 +26,8 @@ StringNode *Insert_String(StringNode *list, const char *text, int32_t strid, int
 int Remove_String(StringNode *list, int32_t num);
 // Frees every entry; 0 for an empty list, else 1.
 int RemoveFullList(StringNode *list);
-// The last node. Mode 1 renumbers on the way, mode 2 waits for a key at every node, mode 0 only walks.
+// The last node; what is done on the way there.
+enum WalkMode : int { kOnlyWalk = 0, kRenumber = 1, kWaitForKeys = 2 };
 StringNode *get_last_one(StringNode *list, int mode);
 StringNode *get_next(StringNode *node);
 int32_t get_last_entry_num(StringNode *list);
@@ -42,7 +41,8 @@ int32_t get_strid_by_num(StringNode *list, int32_t num);
 StringNode *get_element_by_strid(StringNode *list, int32_t strid, char *dst);
 void DumpList(StringNode *list);
 
-// align: 1 left, 2 right, any other centred. The results are the strid of the selected entry, 0 when there is none.
+// align: an Alignment (util/text.h); any other value centres. The results are the strid of the selected entry, 0
+// when there is none.
 int32_t DrawStringFromList(WINDOW *win, StringNode *list, int32_t num, int selected, int align);
 int32_t DrawStringFromListInList(WINDOW *win, StringNode *list, int32_t num, int selected, int row, int col, int width,
                                  int align);

@@ -4,7 +4,6 @@
 #include <span>
 #include <string>
 
-#include "record/typed_text.h"
 #include "screen/draw.h"
 #include "screen/image.h"
 #include "screen/keys.h"
@@ -12,9 +11,12 @@
 #include "util/text.h"
 #include "util/trace.h"
 
-int32_t attr_dkl = 0x100000;
+constexpr int32_t kFirstAttribute = 0x100000;
+constexpr int32_t kNoField = -1;
+
+int32_t attr_dkl = kFirstAttribute;
 int32_t attr_hell = kAttrHighlight;
-int32_t old = -1;
+int32_t old = kNoField;
 int32_t case_up, anz_block, normal_cu, num_lock, key_wait, ins_flag, swirch_cu;
 
 namespace {
@@ -49,18 +51,12 @@ void blank_halves(std::span<char> cells, Charset charset) {
   }
 }
 
-// Keys that end an edit from any cell, and what they are told as.
-struct EndingKey {
-  int key;
-  int result;
-};
-constexpr EndingKey kEndingKeys[] = {
-    {kKeyTab, kKeyTab},   {kKeyLineFeed, kKeyReturn}, {kKeyReturn, kKeyReturn}, {kKeyEnter, kKeyReturn},
-    {kKeyHelp, kKeyHelp}, {kKeyEscape, kKeyEscape},   {kKeyUp, kKeyUp},         {kKeyDown, kKeyDown},
-    {kKeyHome, kKeyHome}, {kKeyEnd, kKeyEnd},         {kKeyF10, kKeyF10},
-};
+// Keys that end an edit from any cell, besides Enter.
+constexpr int kEndingKeys[] = {kKeyTab, kKeyHelp, kKeyEscape, kKeyUp, kKeyDown, kKeyHome, kKeyEnd, kKeyF10};
+// Keys that go on to the next field.
+constexpr int kControlA = 1;
+constexpr int kForwardKeys[] = {kKeyTab, kKeyDown, kKeyRight, kKeyReturn, kControlA};
 
-constexpr int kControlH = 8;
 constexpr int kLastControl = 31;
 
 // A key that was typed; for a character all of its bytes, each of which takes a cell.
@@ -91,11 +87,17 @@ void part_at_edges(FieldEdit &edit, int count) {
   part_characters(edit.cells, edit.position + count, edit.charset);
 }
 
+// The whole field is redrawn after a change: what a byte shows as depends on the bytes beside it.
+void draw_edited(const FieldEdit &edit) {
+  wattrib(edit.win, edit.field.row, edit.field.col, edit.field.length, attr_hell);
+}
+
 void enter_character(FieldEdit &edit, const std::string &bytes) {
   const int count = static_cast<int>(bytes.size());
   part_at_edges(edit, count);
   std::ranges::copy(bytes, edit.cells.begin() + edit.position);
   edit.position += count;
+  draw_edited(edit);
 }
 
 void erase_before(FieldEdit &edit) {
@@ -103,11 +105,7 @@ void erase_before(FieldEdit &edit) {
   --edit.position;
   part_at_edges(edit, 1);
   delete_char(edit.win, edit.field.row, edit.field.col + edit.position, last_column, ' ');
-}
-
-// The whole field is redrawn after a change: what a byte shows as depends on the bytes beside it.
-void draw_edited(const FieldEdit &edit) {
-  wattrib(edit.win, edit.field.row, edit.field.col, edit.field.length, attr_hell);
+  draw_edited(edit);
 }
 
 // Does what was typed; the key that ends the edit, 0 to go on.
@@ -115,28 +113,11 @@ int apply_typed(FieldEdit &edit, const Typed &typed) {
   const int length = static_cast<int>(edit.cells.size());
   const int cells = static_cast<int>(typed.bytes.size());
   const FieldStep step = field_step(edit.field.type, length, edit.position, typed.key, cells);
-  switch (step.action) {
-    case FieldAction::kIgnore:
-    case FieldAction::kEnd:
-      break;
-    case FieldAction::kBeep:
-      dobeep(1);
-      break;
-    case FieldAction::kMoveLeft:
-      --edit.position;
-      break;
-    case FieldAction::kMoveRight:
-      ++edit.position;
-      break;
-    case FieldAction::kErase:
-      erase_before(edit);
-      draw_edited(edit);
-      break;
-    case FieldAction::kEnter:
-      enter_character(edit, typed.bytes);
-      draw_edited(edit);
-      break;
-  }
+  if (step.action == FieldAction::beep) dobeep(1);
+  if (step.action == FieldAction::move_left) --edit.position;
+  if (step.action == FieldAction::move_right) ++edit.position;
+  if (step.action == FieldAction::erase) erase_before(edit);
+  if (step.action == FieldAction::enter) enter_character(edit, typed.bytes);
   return step.key;
 }
 
@@ -159,6 +140,7 @@ void store_cells(void *rec, const FieldDescriptor *tab, int i, const FieldEdit &
   char text[kImageColumns + 1];
   cpynstr(text, {edit.cells.data(), edit.cells.size()});
   finish_text(text, tab[i].type);
+  // kept: diagnosis scripts know the line by this name
   if (debugLevel > kTraceDetails) myfprintf("maskelib.c:edit_field:field_index=%d|buffer=%s|\n", i, text);
   // The cells may not show all of a number: it is taken only when it was typed.
   if (edit.changed || !is_number_field(tab[i].type)) put_field(rec, tab, i, text);
@@ -184,27 +166,37 @@ void show_rec(WINDOW *win, const void *rec, const FieldDescriptor *tab, int32_t 
   for (int i = 0; show_field(win, rec, tab, i, attr) == 0;) ++i;
 }
 
+void reset_masklib() {
+  attr_dkl = kFirstAttribute;
+  attr_hell = kAttrHighlight;
+  old = kNoField;
+  null_unt = 1;
+  mcls();
+}
+
 FieldStep field_step(int type, int length, int position, int key, int cells) {
-  const auto *ending = std::ranges::find(kEndingKeys, key, &EndingKey::key);
-  if (ending != std::end(kEndingKeys)) return {FieldAction::kEnd, ending->result};
+  if (is_enter(key)) return {FieldAction::end, kKeyReturn};
+  if (std::ranges::count(kEndingKeys, key) != 0) return {FieldAction::end, key};
   if (key == kKeyRight) {
-    return position < length - 1 ? FieldStep{FieldAction::kMoveRight, 0} : FieldStep{FieldAction::kEnd, key};
+    return position < length - 1 ? FieldStep{FieldAction::move_right, 0} : FieldStep{FieldAction::end, key};
   }
-  if (key == kKeyLeft) return position > 0 ? FieldStep{FieldAction::kMoveLeft, 0} : FieldStep{FieldAction::kEnd, key};
-  if (key == kControlH || key == kKeyBackspace) {
-    if (position == 0) return {FieldAction::kIgnore, 0};
-    return {is_read_only_field(type) ? FieldAction::kBeep : FieldAction::kErase, 0};
+  if (key == kKeyLeft) return position > 0 ? FieldStep{FieldAction::move_left, 0} : FieldStep{FieldAction::end, key};
+  if (key == kKeyControlH || key == kKeyBackspace) {
+    if (position == 0) return {FieldAction::ignore, 0};
+    return {is_read_only_field(type) ? FieldAction::beep : FieldAction::erase, 0};
   }
-  if (key <= kLastControl) return {FieldAction::kIgnore, 0};
-  const bool fits = position + cells <= length && accepts_character(type, position, key) != 0;
-  return {fits ? FieldAction::kEnter : FieldAction::kBeep, 0};
+  if (key <= kLastControl) return {FieldAction::ignore, 0};
+  const bool fits = position + cells <= length && accepts_character(type, position, key);
+  return {fits ? FieldAction::enter : FieldAction::beep, 0};
 }
 
 int edit_field(WINDOW *win, void *rec, const FieldDescriptor *tab, int i) {
   if (recptr(rec, tab, i) == nullptr) return kKeyEscape;
   const FieldDescriptor &field = tab[i];
-  const int last_edited = i == 0 ? -1 : old;
-  old = i == 0 ? -1 : i;
+  // A skip field is passed over in the direction in which the person moves: away from the field edited last. From field
+  // 0 there is one direction only.
+  const int last_edited = i == 0 ? kNoField : old;
+  old = i == 0 ? kNoField : i;
   if (is_skip_field(field.type)) return last_edited >= i ? kKeyUp : kKeyDown;
 
   const std::span<char> cells = image_cells(Edit_screen, field.row, field.col, field.length);
@@ -216,37 +208,18 @@ int edit_field(WINDOW *win, void *rec, const FieldDescriptor *tab, int i) {
 }
 
 int steuerung(int *i, int key, int count) {
-  int next = *i;
-  switch (key) {
-    case kKeyEscape:
-      return 0;
-    case kKeyTab:
-      if (next >= count - 1) {
-        *i = count;
-        return 0;
-      }
-      ++next;
-      break;
-    case kKeyDown:
-    case kKeyRight:
-    case kKeyReturn:
-    case 1:  // Control-A
-      ++next;
-      break;
-    case kKeyUp:
-    case kKeyLeft:
-      --next;
-      break;
-    case kKeyHome:
-      next = 0;
-      break;
-    case kKeyEnd:
-      next = count - 1;
-      break;
-    default:
-      break;
+  const int last = count - 1;
+  if (key == kKeyEscape) return 0;
+  if (key == kKeyTab && *i >= last) {
+    *i = count;
+    return 0;
   }
-  *i = std::max(0, std::min(next, count - 1));
+  int next = *i;
+  if (std::ranges::count(kForwardKeys, key) != 0) ++next;
+  if (key == kKeyUp || key == kKeyLeft) --next;
+  if (key == kKeyHome) next = 0;
+  if (key == kKeyEnd) next = last;
+  *i = std::max(0, std::min(next, last));
   return -1;
 }
 

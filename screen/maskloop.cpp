@@ -62,17 +62,17 @@ Verdict take_key(const Mask &mask, WINDOW *win, int &field, int key) {
 void draw_frame_label(WINDOW *win, int32_t attr, const FrameLabel &label) {
   const std::string text = frame_text(label.label[language]);
   const int width = getmaxx(win);
-  const int col = label.col == kCentred ? std::max(1, (width - static_cast<int>(text.size())) / 2) : label.col;
+  const int col = label.col == kInTheMiddle ? std::max(1, (width - static_cast<int>(text.size())) / 2) : label.col;
   wprintv_cut(win, text, attr, label.row, col, width - 1 - col);
 }
 
 void draw_mask_frame(WINDOW *win, int32_t attr, std::span<const FrameLabel> labels) {
   const int rows = getmaxy(win);
-  wfdraw_frame(win, attr, 1);
+  wfdraw_frame(win, attr, kSingleLine);
   wffill_full_area(win, ' ', attr);
   for (const FrameLabel &label : labels) draw_frame_label(win, attr, label);
   wfdraw_separator(win, rows - 3, attr);
-  draw_frame_label(win, attr, {rows - 2, kCentred, keyline_label});
+  draw_frame_label(win, attr, {rows - 2, kInTheMiddle, keyline_label});
 }
 
 MaskStep mask_step(int field, int key, int count, unsigned rules) {
@@ -87,9 +87,9 @@ MaskStep mask_step(int field, int key, int count, unsigned rules) {
   return step;
 }
 
-int run_mask(const Mask &mask, int32_t attr) {
+bool run_mask(const Mask &mask, int32_t attr) {
   const Window win = open_window(mask.rows, mask.columns, mask.row, mask.column);
-  if (win == nullptr) return 0;
+  if (win == nullptr) return false;
   draw_mask_frame(win.get(), attr, mask.labels);
   if (mask.draw_more != nullptr) mask.draw_more(mask.context, win.get(), attr);
   show_rec(win.get(), mask.record, mask.fields, attr);

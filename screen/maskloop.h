@@ -3,7 +3,6 @@
 // A mask is described: its window, its record and fields, its labels, and the decisions that are its own.
 #pragma once
 
-#include <cstdint>
 #include <span>
 
 #include "screen/maskelib.h"
@@ -12,11 +11,12 @@
 // One text on a mask's frame. "%c" in it shows as "<".
 struct FrameLabel {
   int row;
-  int col;  // kCentred: in the middle of the window
+  int col;  // kInTheMiddle: of the window
   const char *const *label;
 };
-inline constexpr int kCentred = -1;
+inline constexpr int kInTheMiddle = -1;
 
+// On the label's row, cut at the window's frame.
 void draw_frame_label(WINDOW *win, int32_t attr, const FrameLabel &label);
 // Frame, blank inside, the labels, and on the last rows but one the separator and the key line.
 void draw_mask_frame(WINDOW *win, int32_t attr, std::span<const FrameLabel> labels);
@@ -56,6 +56,6 @@ struct MaskStep {
 };
 MaskStep mask_step(int field, int key, int count, unsigned rules);
 
-// Shows the mask above `parent` and edits until it is left. 1, or 0 when it was refused at the end (kRefuseAtEnd) or
-// its window could not be made. Edits are in the record either way.
-int run_mask(const Mask &mask, int32_t attr);
+// Shows the mask above `parent` and edits until it is left. True; or false when it was refused at the end
+// (kRefuseAtEnd) or its window could not be made. Edits are in the record either way.
+bool run_mask(const Mask &mask, int32_t attr);

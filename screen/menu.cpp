@@ -4,12 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "screen/draw.h"
 #include "screen/keys.h"
 #include "screen/list.h"
 #include "screen/maskelib.h"
 #include "screen/texts.h"
-#include "util/text.h"
 #include "util/tokens.h"
 
 int (*menu_help)(int help, int strid, char *title, char *text) = nullptr;
@@ -17,10 +15,6 @@ int (*menu_help)(int help, int strid, char *title, char *text) = nullptr;
 namespace {
 
 constexpr const char *kSeparator = "|";
-constexpr int kCentred = 3;
-constexpr int kSingleLine = 1;
-constexpr int kDoubleLine = 2;
-constexpr int kEscaped = -1;
 constexpr int kHelpRows = 3;
 
 // Bytes of code page 437, for consoles that have it.
@@ -138,11 +132,11 @@ int DoMenu(WINDOW *parent, int row, int col, int width, int32_t attr, int32_t at
 int DoMenuExt(WINDOW *, int row, int col, int width, int32_t attr, int32_t attr_sel, const char *title,
               const char *items, const char *sep, int style, int help) {
   const int count = numtoken(items, sep);
-  if (count < 2) return 0;
+  if (count < 2) return kMenuNotShown;
   const int first_row = header_height(title) + std::max(numtoken(title, kSeparator) - 1, 0);
   const List list = make_list(items, sep, count, {attr, attr_sel, first_row, 1, width - 1});
   const Window win = open_window(count + first_row + 1, width + 1, row, col);
-  if (list == nullptr || win == nullptr) return 0;
+  if (list == nullptr || win == nullptr) return kMenuNotShown;
   c_disab();
   DrawMenuFrame(win.get(), attr, title, style);
   int32_t chosen = 0;
@@ -150,7 +144,7 @@ int DoMenuExt(WINDOW *, int row, int col, int width, int32_t attr, int32_t attr_
     if (current != drawn) chosen = DrawFullStringBox(win.get(), list.get(), current, kCentred);
     drawn = current;
     const int key = winkey(win.get());
-    if (key == kKeyEscape) return kEscaped;
+    if (key == kKeyEscape) return kMenuEscaped;
     if (is_enter(key)) return chosen;
     if (key == kKeyHelp) show_menu_help({win.get(), row, col, width + 1}, help, chosen);
     current = next_entry(current, key, count);
@@ -165,12 +159,12 @@ int DoScrollMenu(WINDOW *parent, int row, int col, int width, int height, int32_
 int DoScrollMenuExt(WINDOW *, int row, int col, int width, int height, int32_t attr, int32_t attr_sel, char *out,
                     const char *title, const char *items, const char *sep, int style, int align, int help) {
   const int count = numtoken(items, sep);
-  if (count < 2) return 0;
+  if (count < 2) return kMenuNotShown;
   const int header = header_height(title);
   Scroll scroll = {header, std::clamp(height, 1, std::min(count, kScreenRows - header - 2)), count};
   const List list = make_list(items, sep, count, {attr, attr_sel, -1, -1, 0});
   const Window win = open_window(scroll.visible + header + 2, width, row, col);
-  if (list == nullptr || win == nullptr) return 0;
+  if (list == nullptr || win == nullptr) return kMenuNotShown;
   c_disab();
   DrawMenuFrame(win.get(), attr, title, style);
   int32_t chosen = 0;
@@ -182,7 +176,7 @@ int DoScrollMenuExt(WINDOW *, int row, int col, int width, int height, int32_t a
       drawn_cursor = scroll.cursor;
     }
     const int key = winkey(win.get());
-    if (key == kKeyEscape) return kEscaped;
+    if (key == kKeyEscape) return kMenuEscaped;
     const int selected = ProcessListKeyboard(key, &scroll.first, &scroll.cursor, count, scroll.visible);
     if (is_enter(key)) {
       if (chosen != 0) get_element_by_num(list.get(), selected, out);
@@ -203,8 +197,19 @@ std::string at_least_two_lines(const char *text) {
   return lines;
 }
 
+void add_entry(std::string &entries, std::string_view entry) {
+  if (!entries.empty()) entries += kSeparator;
+  entries += entry;
+}
+
+std::string join(std::span<const Label> labels) {
+  std::string entries;
+  for (const Label &label : labels) add_entry(entries, label[language]);
+  return entries;
+}
+
 int yes_no_menu(WINDOW *parent, int row, int col, const char *question) {
-  const int answer = DoMenu(parent, row, col, lenstr(question) + 2, attr_dkl, kAttrHighlight, question,
-                            yes_no_label[language], kSeparator, kSingleLine);
-  return std::max(answer, 0);
+  const int answer = DoMenu(parent, row, col, lenstr(question) + 2, attr_dkl, kAttrHighlight, question, kYesNoEntries,
+                            kSeparator, kSingleLine);
+  return std::max<int>(answer, kNoAnswer);
 }

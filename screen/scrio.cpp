@@ -20,6 +20,7 @@ struct ColourPair {
 
 constexpr ColourPair kColourPairs[] = {
     // clang-format off
+  // pair  foreground     background
     {  1, COLOR_RED,     COLOR_BLUE    },
     {  2, COLOR_GREEN,   COLOR_BLUE    },
     {  3, COLOR_YELLOW,  COLOR_BLUE    },
@@ -115,7 +116,7 @@ void leave_lost_terminal() {
   if (before_leaving != nullptr) before_leaving();
   if (keep_work != nullptr) keep_work();
   end_screen();
-  if (signal_to_leave() != 0 && input_has_ended() == 0) end_by_left_signal();
+  if (signal_to_leave() != 0 && !input_has_ended()) end_by_left_signal();
   _exit(EXIT_FAILURE);  // nothing that runs at exit may come to wait for the terminal
 }
 

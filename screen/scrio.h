@@ -17,7 +17,7 @@ inline constexpr int32_t kAttrNormal = 0x400;          // yellow on blue: texts,
 inline constexpr int32_t kAttrHighlight = 0x200100;    // bold red on blue: the selected entry, boxes, the active field
 inline constexpr int32_t kAttrHelp = 0x200200;         // bold green on blue: help
 inline constexpr int32_t kAttrBackground = 0x40400;    // reversed: the main window
-inline constexpr int32_t kAttrEditBackground = 0x600;  // cyan on blue: behind the masks and menus
+inline constexpr int32_t kAttrEditBackground = 0x600;  // cyan on blue: around masks and menus
 
 // --- start and end
 
@@ -58,7 +58,7 @@ void adopt_terminal_size(int rows, int columns);
 
 // --- attributes and cursor
 
-// Stores the word as it stands, respectively: on a terminal with colours, a reversed word takes colour pair n + 16
+// setattr stores the word as it stands. On a terminal with colours wsetattr gives a reversed word colour pair n + 16
 // instead (see colour_word).
 void setattr(int32_t attr);
 void wsetattr(WINDOW *win, int32_t attr);

@@ -4,7 +4,7 @@
 
 #include <poll.h>
 #include <sys/ioctl.h>
-#include <term.h>  // behind all headers of ours: its macros bear everyday names
+#include <term.h>  // after all headers of ours: its macros bear everyday names
 #include <termios.h>
 #include <unistd.h>
 
@@ -150,8 +150,8 @@ void end_by_left_signal() {
   sigprocmask(SIG_UNBLOCK, &signals, nullptr);
 }
 
-int input_has_ended() {
-  if (is_hung_up()) return 1;
+bool input_has_ended() {
+  if (is_hung_up()) return true;
   int unread = 0;
   return !isatty(STDIN_FILENO) && (ioctl(STDIN_FILENO, FIONREAD, &unread) != 0 || unread == 0);
 }

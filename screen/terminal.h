@@ -1,5 +1,5 @@
-// The terminal behind the screen: its signals, its input, and giving it back when the program is stopped. For scrio
-// only.
+// The terminal that the screen is shown on: its signals, its input, and giving it back when the program is stopped. For
+// scrio only.
 #pragma once
 
 // Remembers the line settings and takes the signals that end the program and the one that tells of a new size; those
@@ -22,8 +22,8 @@ Arrival wait_for_input(int limit);
 // given back.
 int signal_to_leave();
 void end_by_left_signal();
-// 1 when no input can ever come: the terminal is hung up, or what stands in for it is at its end.
-int input_has_ended();
+// True when no input can ever come: the terminal is hung up, or what stands in for it is at its end.
+bool input_has_ended();
 
 struct TerminalSize {
   int rows;  // 0 when it did not change, or can't be told

@@ -3,5 +3,4 @@
 Label keyline_label = {"<ESC = Exit>                                    <Shift + '?' = help>",
                        "<ESC = 終了>                                  <Shift + '?' = ヘルプ>"};
 Label background_label = {"KAVLON Configuration", "KAVLON 設定"};
-Label yes_no_label = {"yes|no", "はい (yes)|いいえ (no)"};
 Label error_label = {"E R R O R !!", "エ ラ ー !!"};

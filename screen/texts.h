@@ -4,6 +4,5 @@
 #include "util/language.h"
 
 extern Label keyline_label;     // the keys of every mask, on its last row but one
-extern Label background_label;  // the product's title behind menus and masks
-extern Label yes_no_label;      // the two entries below a question
+extern Label background_label;  // the product's title above menus and masks
 extern Label error_label;       // beside a message; at most 14 characters

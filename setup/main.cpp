@@ -51,7 +51,7 @@ bool run_on_screen() {
   if (win == nullptr || LINES < kScreenRows || COLS < kScreenColumns) return false;
   // not shown by itself: what comes at once covers all of it, and the terminal would flash and take 24 rows for nothing
   wffill_full_area(win.get(), ' ', kAttrBackground);
-  if (does_file_exist(kConfigurationFile, 1)) {
+  if (does_file_exist(kConfigurationFile, kAnyFile)) {
     do_config(win.get(), kAttrNormal, kConfigurationFile, kSessionEdit);
   } else {
     create_configurations(win.get());

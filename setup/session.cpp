@@ -35,7 +35,7 @@ void show_file_box(WINDOW *win, const char *const *label, const char *file) {
 }
 
 void show_file_missing(WINDOW *win, const char *file) {
-  wfdraw_frame_size(win, 9, 9, 3, 41, kAttrHighlight, 1);
+  wfdraw_frame_size(win, 9, 9, 3, 41, kAttrHighlight, kSingleLine);
   wffill_area(win, 10, 10, 1, 39, ' ', kAttrHighlight);
   char text[512];
   std::snprintf(text, sizeof text, file_missing_label[language], file);
@@ -88,7 +88,7 @@ int prepare_new(WINDOW *win, const char *file) {
     return 0;
   }
   // kept crossed: the box of the other condition stands here, support knows it by this text
-  if (does_file_exist(file, 1)) {
+  if (does_file_exist(file, kAnyFile)) {
     show_file_box(win, file_open_label, file);
     return 0;
   }
@@ -142,14 +142,14 @@ void run_session(WINDOW *win, const char *file, int32_t attr) {
 
 int draw_main_menu(WINDOW *parent, int32_t attr) {
   draw_edit_background(parent, kAttrEditBackground);
-  const std::string items = std::string(first_menu_create[language]) + "|" + first_menu_exit[language];
-  return DoMenu(parent, 9, 4, 71, attr, kAttrHighlight, first_menu_title[language], items.c_str(), "|", 1);
+  std::string items = first_menu_create[language];
+  add_entry(items, first_menu_exit[language]);
+  return DoMenu(parent, 9, 4, 71, attr, kAttrHighlight, first_menu_title[language], items.c_str(), "|", kSingleLine);
 }
 
 int do_menu(WINDOW *parent, int row, int col, int width, int32_t attr) {
-  std::string items;
-  for (const Label &entry : session_entries) items += (items.empty() ? "" : "|") + std::string(entry[language]);
-  return DoMenu(parent, row, col, width, attr, kAttrHighlight, session_title[language], items.c_str(), "|", 1);
+  return DoMenu(parent, row, col, width, attr, kAttrHighlight, session_title[language], join(session_entries).c_str(),
+                "|", kSingleLine);
 }
 
 void do_config(WINDOW *parent, int32_t attr, const char *file, int mode) {
@@ -168,8 +168,10 @@ void do_config(WINDOW *parent, int32_t attr, const char *file, int mode) {
 }
 
 int ask_for_probe(WINDOW *parent, const char *file) {
-  const std::string items = std::string(probe_menu_automatic[language]) + "|" + probe_menu_skip[language];
-  int result = DoMenu(parent, 9, 4, 71, kAttrNormal, kAttrHighlight, background_label[language], items.c_str(), "|", 1);
+  std::string items = probe_menu_automatic[language];
+  add_entry(items, probe_menu_skip[language]);
+  int result = DoMenu(parent, 9, 4, 71, kAttrNormal, kAttrHighlight, background_label[language], items.c_str(), "|",
+                      kSingleLine);
   if (result != 1) return result;
   do {
     result = show_probe_win(parent, file, kAttrNormal, "messages.dat");

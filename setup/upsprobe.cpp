@@ -182,7 +182,7 @@ int draw_found_frame(WINDOW *parent, int32_t attr, const char *, const char *, c
   const int columns = getmaxx(parent) - 6;
   const Window win = open_window(rows, columns, 9, 3);
   if (win == nullptr) return kProbeNoMemory;
-  wfdraw_frame(win.get(), attr, 1);
+  wfdraw_frame(win.get(), attr, kSingleLine);
   wffill_full_area(win.get(), ' ', attr);
   const int row = draw_heading(win.get(), attr, probeframe_label02[language]) + 1;
   draw_found_value(win.get(), attr, row, probeframe_label03[language], model);
@@ -195,10 +195,11 @@ int draw_found_frame(WINDOW *parent, int32_t attr, const char *, const char *, c
 }
 
 int draw_notfound_menu(WINDOW *parent) {
-  const std::string items = std::string(probeframe_label06[language]) + "|" + probeframe_label07[language];
+  std::string items = probeframe_label06[language];
+  add_entry(items, probeframe_label07[language]);
   const int choice = DoMenu(parent, 9, 2, getmaxx(parent) - 5, kAttrNormal, kAttrHighlight,
-                            probeframe_label05[language], items.c_str(), "|", 1);
-  if (choice == 0) return kProbeNoMemory;
+                            probeframe_label05[language], items.c_str(), "|", kSingleLine);
+  if (choice == kMenuNotShown) return kProbeNoMemory;
   return choice == 1 ? kProbeAgain : kProbeByHand;
 }
 

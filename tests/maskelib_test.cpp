@@ -6,7 +6,6 @@
 #include <cstring>
 #include <string>
 
-#include "record/typed_text.h"
 #include "screen/image.h"
 #include "screen/mask_template.h"
 #include "tests/curses_screen.h"
@@ -124,7 +123,7 @@ struct FormScreen : CursesScreen {
   Window win = open_window(10, 40, 5, 5);
   FormScreen() {
     init_masklib();
-    mcls();
+    reset_masklib();
   }
 };
 

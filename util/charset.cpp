@@ -8,7 +8,6 @@
 #include <cwchar>
 
 #include "util/converter.h"
-#include "util/euc_jp.h"
 #include "util/language.h"
 
 namespace {
@@ -34,13 +33,32 @@ size_t convert(const Converter &converter, const void *in, size_t length, void *
 int byte_of(char c) { return static_cast<unsigned char>(c); }
 
 bool is_ascii(char c) { return byte_of(c) < 0x80; }
-bool is_printable_ascii(char c) { return c >= ' ' && c <= '~'; }
 
 // As one that fills the columns of its bytes; without a code when it is none to show.
 Character shown_character(size_t bytes, wchar_t code) {
   const int columns = wcwidth(code);
   if (columns < 1 || static_cast<size_t>(columns) > bytes) return {bytes, 0, 0};
   return {bytes, code, static_cast<size_t>(columns)};
+}
+
+// --- EUC-JP: ASCII, characters of two bytes, half-width kana (a lead byte and one more) and rarer characters (a lead
+// byte and two more)
+
+constexpr char kKanaLead = '\x8E';
+constexpr char kLongLead = '\x8F';
+
+// True for what both bytes of a two-byte character are, and those after a lead byte.
+bool is_euc_jp_part(char c) { return c >= '\xA1' && c <= '\xFE'; }
+
+// The bytes of a character, told by its first one; 1 also for a byte that begins none.
+size_t euc_jp_length(char first) {
+  return first == kLongLead ? 3 : first == kKanaLead || is_euc_jp_part(first) ? 2 : 1;
+}
+
+// Those of the first character of a text; 1 also when it is not there as a whole.
+size_t euc_jp_length(std::string_view text) {
+  const size_t length = euc_jp_length(text.front());
+  return length <= text.size() && std::ranges::all_of(text.substr(1, length - 1), is_euc_jp_part) ? length : 1;
 }
 
 wchar_t euc_jp_code(std::string_view character) {
@@ -180,20 +198,20 @@ TypedCharacter typed_character(std::string_view typed, Charset charset) {
   return {length, charset == Charset::locale ? std::string(typed.substr(0, length)) : euc_jp_text(code)};
 }
 
-int text_from_terminal(std::string_view typed, std::string &text) {
+bool text_from_terminal(std::string_view typed, std::string &text) {
   const Charset charset = present_charset();
   if (charset != Charset::euc_jp) {
     text = typed;
-    return 1;
+    return true;
   }
   std::string taken;
   while (!typed.empty()) {
     const TypedCharacter character =
         is_ascii(typed.front()) ? TypedCharacter{1, {typed.front()}} : typed_character(typed, charset);
-    if (character.text.empty()) return 0;
+    if (character.text.empty()) return false;
     taken += character.text;
     typed.remove_prefix(character.bytes);
   }
   text = taken;
-  return 1;
+  return true;
 }

@@ -14,6 +14,8 @@ enum class Charset {
   raw_euc_jp,  // the same in a locale that lacks them: the bytes go out as they stand
 };
 
+constexpr bool is_printable_ascii(char c) { return c >= ' ' && c <= '~'; }
+
 // The charset of texts in a language (as `language`), in a locale whose characters have up to `longest` bytes;
 // `japanese` tells whether it has the Japanese characters.
 constexpr Charset text_charset(int text_language, size_t longest, bool japanese) {
@@ -45,6 +47,6 @@ struct TypedCharacter {
 };
 // The character that begins what was `typed`; its first byte is not ASCII.
 TypedCharacter typed_character(std::string_view typed, Charset charset);
-// A text as it was typed outside the screens, as records and files hold it. 1, or 0 (`text` untouched) when they can't
-// hold one of its characters.
-[[nodiscard]] int text_from_terminal(std::string_view typed, std::string &text);
+// A text as it was typed outside the screens, as records and files hold it. True; or false (`text` untouched) when they
+// can't hold one of its characters.
+[[nodiscard]] bool text_from_terminal(std::string_view typed, std::string &text);

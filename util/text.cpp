@@ -170,14 +170,14 @@ char *UCTstrip_trailing_char(char *s, char c) {
 
 char *strpad(char *s, int width, char pad, int mode) {
   s[strnlen(s, kPaddedText)] = '\0';
-  return strpad(s, mode == 3 ? width : std::max(width, lenstr(s)), pad, mode, 1);
+  return strpad(s, mode == kCentred ? width : std::max(width, lenstr(s)), pad, mode, 1);
 }
 
 char *strpad(char *str, int length, char pad, int mode, int terminate) {
   const auto width = static_cast<size_t>(std::max(length, 0));
   const size_t kept = strnlen(str, width);
   const size_t missing = width - kept;
-  const size_t in_front = mode == 2 ? missing : mode == 3 ? missing / 2 : 0;
+  const size_t in_front = mode == kRight ? missing : mode == kCentred ? missing / 2 : 0;
 
   std::memmove(str + in_front, str, kept);
   std::memset(str, pad, in_front);

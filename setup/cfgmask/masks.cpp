@@ -60,7 +60,6 @@ const char *custom_list_title(int field) {
 }
 
 void pick_custom(const void *, WINDOW *win, int field) {
-  constexpr int kNo = 2;
   const int choice = yes_no_box(win, custom_list_title(field));
   fill_custom_rec(win, choice, field);
   if (field != kShutdownAllowed || choice != kNo) return;
@@ -140,12 +139,11 @@ int fill_special_rec(WINDOW *win, int choice, int field) {
 int show_ups_list(WINDOW *win, char *name) {
   std::string items;
   for (const ModelEntry *entry = UpsTypeArr; std::strcmp(entry->ups_name, kTableEnd) != 0; ++entry) {
-    items += entry->ups_name[0] == '\0' ? " " : entry->ups_name;
-    items += '|';
+    add_entry(items, entry->ups_name[0] == '\0' ? " " : entry->ups_name);
   }
   char chosen[84] = "";
   const int result = DoScrollMenu(win, 10, 21, 36, 9, attr_dkl, kAttrHighlight, chosen, model_list_title[language],
-                                  items.c_str(), "|", 1, 3);
+                                  items.c_str(), "|", kSingleLine, kCentred);
   const bool is_model = result > 0 && std::strcmp(chosen, " ") != 0;
   if (is_model) cpynstr(name, chosen, sizeof(ModelEntry::ups_name));
   return is_model;

@@ -1,6 +1,6 @@
 #include "setup/check/faults.h"
 
-#include "record/typed_text.h"
+#include "record/fields.h"
 #include "setup/check/job_faults.h"
 #include "setup/check/texts.h"
 #include "setup/settings/checks.h"

@@ -32,16 +32,12 @@ constexpr MenuPlace kJobMenus = {6, 3, 74};
 // A menu of `entries` that scrolls, `rows` at a time, when there are too many.
 int choose(WINDOW *screen, const MenuPlace &at, const char *title, const std::string &entries, int rows, int help) {
   if (cnumtoken(entries.c_str(), "|") <= kLongestFixedMenu) {
-    return DoMenuExt(screen, at.row, at.col, at.width, attr_dkl, kAttrHighlight, title, entries.c_str(), "|", 1, help);
+    return DoMenuExt(screen, at.row, at.col, at.width, attr_dkl, kAttrHighlight, title, entries.c_str(), "|",
+                     kSingleLine, help);
   }
   char chosen[84];
   return DoScrollMenuExt(screen, at.row, at.col, at.width, rows, attr_dkl, kAttrHighlight, chosen, title,
-                         entries.c_str(), "|", 1, 3, help);
-}
-
-void add_entry(std::string &entries, std::string_view entry, size_t longest) {
-  if (!entries.empty()) entries += '|';
-  entries += entry.substr(0, longest);
+                         entries.c_str(), "|", kSingleLine, kCentred, help);
 }
 
 bool bypass_is_offered() { return isZELKGSeries() == 1; }
@@ -50,10 +46,10 @@ std::string event_entries(int count) {
   std::string entries;
   for (int event = 0; event < std::min(count, kMaxEvents); ++event) {
     if (event == kBypassEvent && !bypass_is_offered()) continue;
-    add_entry(entries, eventlist[event].name[language], kTitleLength);
+    add_entry(entries, std::string_view(eventlist[event].name[language]).substr(0, kTitleLength));
   }
-  add_entry(entries, " ", kTitleLength);
-  add_entry(entries, MENU_EVENT_EXIT[language], kTitleLength);
+  add_entry(entries, " ");
+  add_entry(entries, MENU_EVENT_EXIT[language]);
   return entries;
 }
 
@@ -69,9 +65,9 @@ std::string job_entries(int jobs) {
   for (int job = 0; job < jobs; ++job) {
     char line[kJobLineLength + 1];
     job_line(*ActEvent[job], line);
-    add_entry(entries, line, kJobLineLength);
+    add_entry(entries, line);
   }
-  add_entry(entries, " ", kJobLineLength);
+  add_entry(entries, " ");
   return entries;
 }
 
@@ -113,9 +109,11 @@ int run_job_list(WINDOW *screen, int32_t attr, int event) {
 
 std::string function_entries() {
   std::string entries;
-  for (const FuncListRec &function : function_catalogue()) add_entry(entries, function.title, kJobLineLength);
-  add_entry(entries, " ", kJobLineLength);
-  add_entry(entries, MENU_EVENT_EXIT[language], kJobLineLength);
+  for (const FuncListRec &function : function_catalogue()) {
+    add_entry(entries, std::string_view(function.title).substr(0, kJobLineLength));
+  }
+  add_entry(entries, " ");
+  add_entry(entries, MENU_EVENT_EXIT[language]);
   return entries;
 }
 
@@ -173,10 +171,10 @@ int do_event_function_menu(WINDOW *screen, int event, int jobs, int row, int col
   const std::string title = delete_mode ? MENU_EVENT_DEL[language] : event_title(event);
   std::string entries = job_entries(jobs);
   if (!delete_mode) {
-    add_entry(entries, MENU_EVENT_ADD[language], kJobLineLength);
-    add_entry(entries, MENU_EVENT_DEL[language], kJobLineLength);
+    add_entry(entries, MENU_EVENT_ADD[language]);
+    add_entry(entries, MENU_EVENT_DEL[language]);
   }
-  add_entry(entries, MENU_EVENT_EXIT[language], kJobLineLength);
+  add_entry(entries, MENU_EVENT_EXIT[language]);
   int choice = 0;
   do {
     choice =

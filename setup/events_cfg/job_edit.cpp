@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <span>
 #include <string>
 
 #include "corbix/xconfig.h"
@@ -50,7 +51,7 @@ void draw_func_frame(const void *context, WINDOW *win, int32_t attr) {
   const FieldDescriptor &number = mask.fields[number_field(job.function)];
   const char *const title[2] = {job.title, job.title};
   const FrameLabel labels[] = {
-      {1, kCentred, title},
+      {1, kInTheMiddle, title},
       {3, 2, funcframe_label01},
       {label.row - 1, 2, funcframe_label03},
       {number.row, number.col + number.length + 2,
@@ -77,7 +78,8 @@ void show_event_hlp_txt(const void *context, WINDOW *win, int field) {
     draw_hlp_screen(win, text, timer_help_title[language], kAttrHelp);
   } else {
     const ParamDesc &parameter = job.params[field].desc;
-    const std::string text = std::string(parameter.help) + "|" + parameter.example;
+    std::string text = parameter.help;
+    add_entry(text, parameter.example);
     draw_hlp_screen(win, text.c_str(), parameter_help_title[language], kAttrHelp);
   }
 }
@@ -98,27 +100,24 @@ void fill_rep_time(WINDOW *win, int function, int timing) {
   show_field(win, mask.record, mask.fields, number_field(function), attr_dkl);
 }
 
-// A list of labels as wide as its title plus one; the index of the choice, -1 when it was left.
-template <size_t N>
-int choose_label(WINDOW *win, int row, const char *title, const Label (&labels)[N]) {
-  std::string items;
-  for (const Label &label : labels) items += (items.empty() ? "" : "|") + std::string(label[language]);
-  return std::max(0, DoMenu(win, row, 2, lenstr(title) + 1, attr_dkl, kAttrHighlight, title, items.c_str(), "|", 1)) -
-         1;
+// A list of labels as wide as its title plus one; the place of the choice from 1, else none of them.
+int choose_label(WINDOW *win, int row, const char *title, std::span<const Label> labels) {
+  return DoMenu(win, row, 2, lenstr(title) + 1, attr_dkl, kAttrHighlight, title, join(labels).c_str(), "|",
+                kSingleLine);
 }
 
 void pick_timing(WINDOW *win, int function) {
-  const int timing = choose_label(win, 10, funcframe_label03[language], funcframe_label02);
-  if (timing >= 0) fill_rep_time(win, function, timing);
+  const int choice = choose_label(win, 10, funcframe_label03[language], funcframe_label02);
+  if (choice > kMenuNotShown) fill_rep_time(win, function, choice - 1);
 }
 
 void syslog_level_box(WINDOW *win) {
-  const int level = choose_label(win, 7, syslog_list_title[language], funcframe_label07);
-  if (level >= 0) fill_syslog_level(win, level);
+  const int choice = choose_label(win, 7, syslog_list_title[language], funcframe_label07);
+  if (choice > kMenuNotShown) fill_syslog_level(win, choice - 1);
 }
 
 void ask_attachment(WINDOW *win, int field) {
-  const int col = language == 1 ? 46 : 45;
+  const int col = language == 1 ? 46 : 45;  // kept: one column further in Japanese, as users know it
   fill_attach_rec(win, yes_no_menu(win, 10, col, attach_questions[field - 2][language]), field);
 }
 

@@ -72,8 +72,8 @@ void draw_settings_frame(const SettingsMask &mask, WINDOW *win, int32_t attr) {
 }
 
 int fill_yes_no(WINDOW *win, const RecordField &place, int choice) {
-  if (choice != 1 && choice != 2) return 0;
-  put_field(place.record, place.table, place.field, choice == 1 ? "yes" : "no");
+  if (choice != kYes && choice != kNo) return 0;
+  put_field(place.record, place.table, place.field, choice == kYes ? "yes" : "no");
   show_field(win, place.record, place.table, place.field, attr_dkl);
   return 1;
 }
@@ -96,5 +96,5 @@ void draw_hlp_screen(WINDOW *win, const char *text, const char *title, int32_t a
 }
 
 void draw_hlp_screen_at(WINDOW *win, int row, const char *text, const char *title, int32_t attr) {
-  DoMenu(win, row, 2, 75, attr, attr, title, at_least_two_lines(text).c_str(), "|", 1);
+  DoMenu(win, row, 2, 75, attr, attr, title, at_least_two_lines(text).c_str(), "|", kSingleLine);
 }

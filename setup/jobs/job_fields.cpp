@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-#include "record/typed_text.h"
 #include "setup/jobs/email_job.h"
 #include "setup/jobs/job_language.h"
 #include "util/numbers.h"

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <random>
 
+#include "screen/menu.h"
 #include "screen/texts.h"
 #include "setup/cfgmask/texts.h"
 #include "setup/events_cfg/texts.h"
@@ -113,7 +114,7 @@ void see_mask(Walk &walk, int entry, int number, int fields, const std::string &
     const auto is_field = [&](const HelpText &help) { return help.mask == number && help.field == field; };
     walk.help({std::find_if(HlpTxtArr.begin(), HlpTxtArr.end(), is_field)->text[1]});
     const bool list = lists.find(static_cast<char>('0' + field)) != std::string::npos;
-    list ? walk.opens(Enter, {entry == kUps ? model_list_title[1] : yes_no_label[1]}) : walk.t.press({Down});
+    list ? walk.opens(Enter, {entry == kUps ? model_list_title[1] : kYesNoEntries}) : walk.t.press({Down});
   }
   walk.t.press({Escape});
 }
@@ -129,7 +130,7 @@ void see_job(Walk &walk, int place, int function) {
     walk.look({piece(parameter, 1)});
     walk.help({parameter_help_title[1], piece(parameter, 3), piece(parameter, 4)});
     if (function == kSyslogFunction && k == 0) walk.opens(Enter, {syslog_list_title[1]});
-    if (function == kEmailFunction && k >= 2) walk.opens(Enter, {attach_questions[k - 2][1], yes_no_label[1]});
+    if (function == kEmailFunction && k >= 2) walk.opens(Enter, {attach_questions[k - 2][1], kYesNoEntries});
     walk.t.press({Down});
   }
   walk.help({timer_help_title[1], timing_help_label[1]});
@@ -315,7 +316,7 @@ TEST(Japanese, IsEditedByCellsAndAHalfIsStoredAsABlank) {
       {{Backspace}, "", "あい?n ", 5, 0},
       {{Left, Left}, "電", "あ?電n ", 5, 0},
       {{}, "123456789ABい", "あ?電12", 16, 1},  // only half of it would fit
-      {{F10}, "東z", "z? 電12", 1, 0},  // the character closes the box that the unknown model brings
+      {{F10}, "東z", "z? 電12", 1, 0},          // the character closes the box that the unknown model brings
   };
   int bells = 0;
   for (const auto &step : kSteps) {
