@@ -67,11 +67,15 @@ struct Typed {
 
 struct FieldEdit {
   WINDOW *win;
+  void *rec;
+  const FieldDescriptor *tab;
+  int i;
   const FieldDescriptor &field;
   std::span<char> cells;
   Charset charset = present_charset();
   int position = 0;      // the cell of the cursor
   bool changed = false;  // something was typed into the cells
+  bool is_news = false;  // and who watches was not told yet
 };
 
 Typed take_typed(WINDOW *win) {
@@ -81,7 +85,7 @@ Typed take_typed(WINDOW *win) {
 
 // Before a change of `count` cells: the characters that it cuts through become halves.
 void part_at_edges(FieldEdit &edit, int count) {
-  edit.changed = true;
+  edit.changed = edit.is_news = true;
   if (edit.charset == Charset::bytes) return;
   part_characters(edit.cells, edit.position, edit.charset);
   part_characters(edit.cells, edit.position + count, edit.charset);
@@ -121,7 +125,29 @@ int apply_typed(FieldEdit &edit, const Typed &typed) {
   return step.key;
 }
 
-int edit_cells(FieldEdit &edit) {
+// The field's text as it is when the field is left now.
+std::string finished_text(const FieldEdit &edit) {
+  std::string cells(edit.cells.begin(), edit.cells.end());
+  if (edit.changed && edit.charset != Charset::bytes) blank_halves(cells, edit.charset);
+  char text[kImageColumns + 1];
+  cpynstr(text, cells);
+  finish_text(text, edit.field.type);
+  return text;
+}
+
+// The cells may not show all of a number: it is taken only when it was typed.
+void store(const FieldEdit &edit, const std::string &text) {
+  if (edit.changed || !is_number_field(edit.field.type)) put_field(edit.rec, edit.tab, edit.i, text.c_str());
+}
+
+void tell(FieldEdit &edit, const FieldWatch &watch) {
+  if (!edit.is_news || watch.changed == nullptr) return;
+  edit.is_news = false;
+  store(edit, finished_text(edit));
+  watch.changed(watch.context, edit.win);
+}
+
+int edit_cells(FieldEdit &edit, const FieldWatch &watch) {
   draw_edited(edit);
   show_cursor(edit.win, true);
   int ended = 0;
@@ -129,21 +155,20 @@ int edit_cells(FieldEdit &edit) {
     wcursor(edit.win, edit.field.row, edit.field.col + edit.position);
     wshow(edit.win);
     ended = apply_typed(edit, take_typed(edit.win));
+    tell(edit, watch);
   }
   show_cursor(edit.win, false);
   return ended;
 }
 
 // Takes the text of the field's cells back into the record.
-void store_cells(void *rec, const FieldDescriptor *tab, int i, const FieldEdit &edit) {
-  if (edit.changed && edit.charset != Charset::bytes) blank_halves(edit.cells, edit.charset);
-  char text[kImageColumns + 1];
-  cpynstr(text, {edit.cells.data(), edit.cells.size()});
-  finish_text(text, tab[i].type);
+void store_cells(const FieldEdit &edit) {
+  const std::string text = finished_text(edit);
   // kept: diagnosis scripts know the line by this name
-  if (debugLevel > kTraceDetails) myfprintf("maskelib.c:edit_field:field_index=%d|buffer=%s|\n", i, text);
-  // The cells may not show all of a number: it is taken only when it was typed.
-  if (edit.changed || !is_number_field(tab[i].type)) put_field(rec, tab, i, text);
+  if (debugLevel > kTraceDetails) {
+    myfprintf("maskelib.c:edit_field:field_index=%d|buffer=%s|\n", edit.i, text.c_str());
+  }
+  store(edit, text);
 }
 
 }  // namespace
@@ -190,7 +215,7 @@ FieldStep field_step(int type, int length, int position, int key, int cells) {
   return {fits ? FieldAction::enter : FieldAction::beep, 0};
 }
 
-int edit_field(WINDOW *win, void *rec, const FieldDescriptor *tab, int i) {
+int edit_field(WINDOW *win, void *rec, const FieldDescriptor *tab, int i, const FieldWatch &watch) {
   if (recptr(rec, tab, i) == nullptr) return kKeyEscape;
   const FieldDescriptor &field = tab[i];
   // A skip field is passed over in the direction in which the person moves: away from the field edited last. From field
@@ -200,9 +225,9 @@ int edit_field(WINDOW *win, void *rec, const FieldDescriptor *tab, int i) {
   if (is_skip_field(field.type)) return last_edited >= i ? kKeyUp : kKeyDown;
 
   const std::span<char> cells = image_cells(Edit_screen, field.row, field.col, field.length);
-  FieldEdit edit{win, field, cells};
-  const int key = edit_cells(edit);
-  if (!cells.empty()) store_cells(rec, tab, i, edit);
+  FieldEdit edit{win, rec, tab, i, field, cells};
+  const int key = edit_cells(edit, watch);
+  if (!cells.empty()) store_cells(edit);
   show_field(win, rec, tab, i, attr_dkl);
   return key;
 }

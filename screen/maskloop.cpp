@@ -23,8 +23,14 @@ bool check_field(const Mask &mask, WINDOW *win, int field) {
   return accepted;
 }
 
+struct ShownMask {
+  const Mask &mask;
+  int32_t attr;
+};
+
 // Says at once, without taking a key, what is wrong with a value that the range check does not know of.
-void show_notice(const Mask &mask, WINDOW *win, int32_t attr) {
+void show_notice(const void *shown, WINDOW *win) {
+  const auto &[mask, attr] = *static_cast<const ShownMask *>(shown);
   const int row = getmaxy(win) - 3;
   wfdraw_separator(win, row, attr);
   const char *text = mask.notice(mask.context);
@@ -93,11 +99,12 @@ bool run_mask(const Mask &mask, int32_t attr) {
   draw_mask_frame(win.get(), attr, mask.labels);
   if (mask.draw_more != nullptr) mask.draw_more(mask.context, win.get(), attr);
   show_rec(win.get(), mask.record, mask.fields, attr);
+  const ShownMask shown = {mask, attr};
   Verdict verdict = Verdict::go_on;
   for (int field = 0; verdict == Verdict::go_on;) {
     if (mask.prepare != nullptr) mask.prepare(mask.context);
-    show_notice(mask, win.get(), attr);
-    const int key = edit_field(win.get(), mask.record, mask.fields, field);
+    show_notice(&shown, win.get());
+    const int key = edit_field(win.get(), mask.record, mask.fields, field, {show_notice, &shown});
     verdict = take_key(mask, win.get(), field, key);
   }
   return verdict == Verdict::left;

@@ -208,6 +208,7 @@ Mask make_mask(const EditedJob &edited) {
 
 int edit_function_values(WINDOW *, int32_t attr, JobRec &job, int event) {
   load_function_values(job, event);
+  ask_standing_notice();
   const EmailRec looked_at = Func3Rec;
   const EditedJob edited = {job, event};
   if (!run_mask(make_mask(edited), attr)) return 0;

@@ -8,6 +8,8 @@
 
 namespace {
 
+std::string standing_text;  // written by ask_standing_notice
+
 const SettingsMask &settings_mask(const void *context) { return *static_cast<const SettingsMask *>(context); }
 
 void draw_labels(const void *context, WINDOW *win, int32_t attr) {
@@ -35,14 +37,14 @@ int count_fields(const FieldDescriptor *table) {
 
 std::string (*standing_notice)() = nullptr;
 
+void ask_standing_notice() { standing_text = standing_notice == nullptr ? "" : standing_notice(); }
+
 const char *notice_or_standing(const char *own) {
-  static std::string text;
-  if (own != nullptr || standing_notice == nullptr) return own;
-  text = standing_notice();
-  return text.empty() ? nullptr : text.c_str();
+  return own != nullptr || standing_text.empty() ? own : standing_text.c_str();
 }
 
 void run_settings_mask(const SettingsMask &mask, int32_t attr) {
+  ask_standing_notice();
   const RecordField first = field_of_mask(mask.number, 0);
   run_mask({.rows = mask.rows,
             .columns = 76,

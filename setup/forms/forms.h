@@ -24,8 +24,9 @@ void run_settings_mask(const SettingsMask &mask, int32_t attr);
 void draw_settings_frame(const SettingsMask &mask, WINDOW *win, int32_t attr);
 
 // What every mask says of the configuration as long as it has nothing to say of its own values: "" for nothing. Written
-// by the session.
+// by the session, asked as a mask opens.
 extern std::string (*standing_notice)();
+void ask_standing_notice();
 // The text of a notice: `own`, or the standing one where that is null; null for nothing.
 const char *notice_or_standing(const char *own);
 

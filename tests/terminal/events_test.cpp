@@ -43,6 +43,45 @@ TEST(EventEditor, ShowsEachJobInOneLineAndKeepsWhatIsNotEdited) {
   EXPECT_EQ(setting(t, "Event5"), "(none)");
 }
 
+TEST(EventEditor, SaysWhatAJobOrItsListWouldLoseBeforeItIsLeft) {
+  const std::string mail =
+      "EXECUTEH(\"sendvik.exe\",\"-ini\",\"upsext.cfg\",\"-ofi\",\"upsext.cfg\",\"-s\",\"kavlon "
+      "service\",\"-t\",\"a,b\"${ #SIGN },\"c\")O;";
+  std::string full;
+  for (int job = 0; job < 32; ++job) full += "LOGMSG(\"x\")O;";
+  const std::string long_job = "LOGMSG(\"" + std::string(58, 'l') + "\")O;";
+  std::string long_list = "LOGMSG(\"short\")O;LOGMSG(\"not so short any more\")O;";
+  while (long_list.size() + long_job.size() < 980) long_list += long_job;
+  long_list += "SHUTDOWN(\"60\")O;";
+  const struct {
+    std::string list;
+    int job;
+    const char *typed, *notice;
+  } cases[] = {
+      {mail, 1, "x, y", "a part of it is lost"},
+      {"LOGMSG(\"a\")O;", 1, "b ]", nullptr},
+      {long_list, 1, "llllllllllllllllllllllllllllllllllllllllllllllllllllll", "a job of it is lost"},
+      {full, 34, "one more", "a job of it is lost"},
+  };
+  for (const auto &c : cases) {
+    Terminal t;
+    open_event(t, "UpsModel=K-TRN010VQ-100\nEvent0=" + c.list + "\n", 0);
+    choose(t, c.job);
+    if (c.job > 32) choose(t, 7);
+    if (c.list == mail) t.press({Down});
+    t.type(c.typed);
+    t.settle();
+    if (c.notice != nullptr) t.see(c.notice);
+    EXPECT_TRUE(c.notice != nullptr || t.text(20, 3, 3) == "\u2500\u2500\u2500") << t.dump();
+  }
+  Terminal t;
+  open_event(t, "UpsModel=K-TRN010VQ-100\nEvent0=" + mail + "\n", 0);
+  t.press({Enter, Down, Down, Escape});
+  leave_editor(t);
+  save_and_exit(t);
+  EXPECT_EQ(setting(t, "Event0"), mail) << "only looked at";
+}
+
 TEST(EventEditor, EditedJobsAreStoredAndRefusedOnesAreNot) {
   Terminal t;
   open_event(t, "Event3=SHUTDOWN(\"60\")O;LOGMSG(\"old\")O;\n", 3);
