@@ -1,5 +1,5 @@
-// A hash table from texts to data, with chained buckets. Keys are copied and compared byte for byte; callers that want
-// case-blind keys fold them first.
+// A hash table from texts to data, with chained buckets, which it gets when it has more than a few entries. Keys are
+// copied and compared byte for byte; callers that want case-blind keys fold them first.
 //
 // Broken preconditions (null arguments, a key that is its own datum, an unknown mode) stop the program.
 #pragma once
@@ -13,22 +13,19 @@ inline constexpr int kHashPointer = 1;  // the caller's pointer itself, not owne
 inline constexpr int kHashText = 2;     // a copy of the caller's text
 inline constexpr int kHashBlock = 3;    // a copy of BlockSize bytes
 
+// An entry is not moved in memory: small copies of its key and datum lie in itself.
 struct HASHENTRY_t {
   char *Key;
   void *Data;
+  char room[32];
 };
 
-struct CellBlock;
-union Cell;
-
 struct HashTable {
-  XMEMLIST *Tbl;  // TblSize buckets of HASHENTRY_t, each initialised by the first insert into it
+  XMEMLIST *Tbl;  // TblSize buckets of HASHENTRY_t, each initialised by its first entry; or `few`
   uint32_t TblSize;
   int HashMode;
   uint32_t BlockSize;  // 0 unless HashMode is kHashBlock
-  uint32_t used;       // buckets that are initialised
-  CellBlock *blocks;   // memory of small entries, and what of it is free
-  Cell *free_cells;
+  XMEMLIST few;        // the only bucket as long as it suffices
 };
 using HashHandle = HashTable *;
 

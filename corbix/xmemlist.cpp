@@ -4,6 +4,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "util/check.h"
 
@@ -11,13 +12,52 @@ namespace {
 
 constexpr const char *kPath = "corbix/xmemlist";
 
-// A node that is not linked yet, with its block behind it in one piece of memory; null when there is none left.
-XMLNode *newBlock(XMEMLIST *list) {
+// Nodes of small elements lie in blocks, which go with the last of them: there are many, most come and go together, and
+// one by one the allocator would take a fifth of the time of a file with many topics.
+union NodeCell {
+  NodeCell *next_free;
+  alignas(void *) char room[72];  // a node with an entry of the hash table
+};
+
+struct NodeBlock {
+  NodeBlock *next;
+  NodeCell cells[14];
+};
+
+NodeBlock *blocks = nullptr;
+NodeCell *free_cells = nullptr;
+size_t used_cells = 0;
+
+int add_block() {
+  auto *block = new (std::nothrow) NodeBlock;
+  if (block == nullptr) return 0;
+  block->next = std::exchange(blocks, block);
+  for (NodeCell &cell : block->cells) cell.next_free = std::exchange(free_cells, &cell);
+  return 1;
+}
+
+void *take_room(size_t size) {
+  if (size > sizeof(NodeCell)) return std::malloc(size);
+  if (free_cells == nullptr && !add_block()) return nullptr;
+  ++used_cells;
+  return std::exchange(free_cells, free_cells->next_free);
+}
+
+void give_room_back(void *room, size_t size) {
+  if (size > sizeof(NodeCell)) return std::free(room);
+  free_cells = new (room) NodeCell{free_cells};
+  if (--used_cells > 0) return;
+  while (blocks != nullptr) delete std::exchange(blocks, blocks->next);
+  free_cells = nullptr;
+}
+
+// A node that is not linked yet, with a copy of `data` after it in one piece of memory; null when there is none left.
+XMLNode *newBlock(XMEMLIST *list, const void *data) {
   if (list->count == UINT16_MAX) return nullptr;
-  void *memory = std::calloc(1, sizeof(XMLNode) + list->cbData);
+  void *memory = take_room(sizeof(XMLNode) + list->cbData);
   if (memory == nullptr) return nullptr;
   auto *node = new (memory) XMLNode{};
-  node->data = node + 1;
+  node->data = std::memcpy(node + 1, data, list->cbData);
   return node;
 }
 
@@ -38,17 +78,29 @@ void link_between(XMEMLIST *list, XMLNode *prev, XMLNode *next, XMLNode *node) {
   }
 }
 
+void unlink(XMEMLIST *list, const XMLNode *node) {
+  if (node->prev != nullptr) {
+    node->prev->next = node->next;
+  } else {
+    list->head = node->next;
+  }
+  if (node->next != nullptr) {
+    node->next->prev = node->prev;
+  } else {
+    list->tail = node->prev;
+  }
+  --list->count;
+}
+
 void freeNode(XMEMLIST *list, XMLNode *node) {
-  unlink_node(list, node);
-  std::free(node);
+  unlink(list, node);
+  give_room_back(node, sizeof(XMLNode) + list->cbData);
 }
 
 // Links a new node with a copy of `data` between two neighbours.
 XMLNode *insert_between(XMEMLIST *list, XMLNode *prev, XMLNode *next, const void *data) {
-  XMLNode *node = newBlock(list);
-  if (node == nullptr) return nullptr;
-  std::memcpy(node->data, data, list->cbData);
-  link_between(list, prev, next, node);
+  XMLNode *node = newBlock(list, data);
+  if (node != nullptr) link_between(list, prev, next, node);
   return node;
 }
 
@@ -73,12 +125,7 @@ void XMLExit(XMEMLIST *list) {
 
 void XMLRemoveAll(XMEMLIST *list) {
   XMLAssertValid();
-  for (XMLNode *node = list->head; node != nullptr;) {
-    XMLNode *next = node->next;
-    std::free(node);
-    node = next;
-  }
-  XMLInit(list, list->cbData);
+  while (list->head != nullptr) freeNode(list, list->head);
 }
 
 XMLPosition XMLAddTail(XMEMLIST *list, const void *data) { return XMLInsertAfter(list, nullptr, data); }
@@ -95,27 +142,13 @@ XMLPosition XMLInsertAfter(XMEMLIST *list, XMLPosition position, const void *dat
   return insert_between(list, position, position == nullptr ? nullptr : position->next, data);
 }
 
-int link_tail(XMEMLIST *list, XMLNode *node) {
+void move_to_tail(XMEMLIST *to, XMEMLIST *from, XMLPosition position) {
   XMLAssertValid();
-  if (list->count == UINT16_MAX) return 0;
-  node->data = node + 1;
-  link_between(list, list->tail, nullptr, node);
-  return 1;
-}
-
-void unlink_node(XMEMLIST *list, XMLNode *node) {
-  XMLAssertValid();
-  if (node->prev != nullptr) {
-    node->prev->next = node->next;
-  } else {
-    list->head = node->next;
-  }
-  if (node->next != nullptr) {
-    node->next->prev = node->prev;
-  } else {
-    list->tail = node->prev;
-  }
-  --list->count;
+  require(position != nullptr, "position", kPath);
+  require(to->cbData == from->cbData, "to->cbData==from->cbData", kPath);
+  require(to->count < UINT16_MAX, "to->count<65535", kPath);
+  unlink(from, position);
+  link_between(to, to->tail, nullptr, position);
 }
 
 void XMLRemoveHead(XMEMLIST *list, void *out) {

@@ -34,10 +34,9 @@ XMLPosition XMLAddTail(XMEMLIST *list, const void *data);
 XMLPosition XMLInsertBefore(XMEMLIST *list, XMLPosition position, const void *data);
 XMLPosition XMLInsertAfter(XMEMLIST *list, XMLPosition position, const void *data);
 
-// A node in memory of the caller's, with its element behind it, put at the tail and taken out again. 0, and the list as
-// it was, when the list is full. Such a node may not be removed by the calls below, which free.
-int link_tail(XMEMLIST *list, XMLNode *node);
-void unlink_node(XMEMLIST *list, XMLNode *node);
+// Moves the element at `position` to the tail of another list of such elements, which is not full. It stays where it is
+// in memory, and the position is the same.
+void move_to_tail(XMEMLIST *to, XMEMLIST *from, XMLPosition position);
 
 // Copy the element into `out` (unless null) and remove it. The list must not be empty.
 void XMLRemoveHead(XMEMLIST *list, void *out);

@@ -38,7 +38,9 @@ void expect_consistent(ProfileHandle profile) {
     ++flagged;
     expect(findTopicHashPtr(text_of(*line), profile->hash) == line);
   }
-  for (uint32_t i = 0; i < profile->hash->TblSize; ++i) indexed += XMLGetCount(&profile->hash->Tbl[i]);
+  const HashHandle hash = profile->hash;
+  const uint32_t buckets = hash->Tbl == &hash->few ? 1 : hash->TblSize;
+  for (uint32_t i = 0; i < buckets; ++i) indexed += XMLGetCount(&hash->Tbl[i]);
   expect(flagged == indexed);
 }
 

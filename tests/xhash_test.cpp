@@ -108,7 +108,7 @@ void compare_with_map(int mode) {
   const Table table(mode, sizeof(int));
   for (int i = 0; i < 20000; ++i) {
     data[i] = i;
-    const std::string key(random() % 3 * 15, static_cast<char>('a' + random() % 8));  // some need memory of their own
+    const std::string key(random() % 3 * 20, static_cast<char>('a' + random() % 8));  // some need memory of their own
     const unsigned operation = random() % 3;
     bool stored = true;
     const bool known = map.count(key) > 0;
