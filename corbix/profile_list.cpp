@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 #include <new>
+#include <utility>
 
 #include "util/check.h"
 #include "util/text.h"
@@ -92,21 +94,26 @@ ProfileLine *refill_first(ProfileLine *first, HashHandle h) {
   return first;
 }
 
-std::span<ProfileLine> take_nodes(LinePool *pool) {
-  void *room = pool->memory->allocate(kNodesAtOnce * sizeof(ProfileLine), alignof(ProfileLine));
-  return {new (room) ProfileLine[kNodesAtOnce]{}, kNodesAtOnce};
+// Room in the pool for `size` bytes, for a node or for a line's text; null when memory runs out.
+char *take_room(LinePool *pool, size_t size) {
+  size = (size + alignof(ProfileLine) - 1) & ~(alignof(ProfileLine) - 1);
+  if (size > pool->left) {
+    auto *piece = new (std::nothrow) PoolPiece;
+    if (piece == nullptr) return nullptr;
+    piece->next = std::exchange(pool->pieces, piece);
+    pool->left = sizeof piece->room;
+  }
+  return std::end(pool->pieces->room) - std::exchange(pool->left, pool->left - size);
 }
 
-// The node for the next line that is read.
+// The node for the next line that is read; null when memory runs out.
 ProfileLine *next_node(LineReading *reading) {
-  ProfileRecord *record = reading->record;
-  ProfileLine *node = &record->first;
+  ProfileLine *node = &reading->record->first;
   if (reading->last != nullptr) {
-    if (reading->nodes.empty()) reading->nodes = take_nodes(&record->pool);
-    node = &reading->nodes.front();
-    reading->nodes = reading->nodes.subspan(1);
+    void *room = take_room(&reading->record->pool, sizeof(ProfileLine));
+    if (room == nullptr) return nullptr;
+    node = reading->last->next = new (room) ProfileLine{};
     node->prev = reading->last;
-    reading->last->next = node;
   }
   node->text_is_lent = 1;
   node->node_is_lent = 1;
@@ -124,16 +131,13 @@ int index_topic(ProfileLine *line, std::string_view text, HashHandle h) {
   return result;
 }
 
-// Room in the pool for `size` bytes.
-char *take_text(LineReading *reading, size_t size) {
-  return static_cast<char *>(reading->record->pool.memory->allocate(size, 1));
-}
-
 int append_tmp_topic(LineReading *reading) {
   ProfileLine *node = next_node(reading);
-  node->txt = take_text(reading, kTmpTopicLine.size());
+  char *text = take_room(&reading->record->pool, kTmpTopicLine.size());
+  if (node == nullptr || text == nullptr) return 0;
+  std::copy(kTmpTopicLine.begin(), kTmpTopicLine.end(), text);
+  node->txt = text;
   node->length = kTmpTopicLine.size();
-  std::copy(kTmpTopicLine.begin(), kTmpTopicLine.end(), node->txt);
   return hashNewTextVal(node, reading->record->hash);
 }
 
@@ -332,8 +336,10 @@ int take_line(LineReading *reading, char *text, size_t length) {
   if (topic || entry) reading->topic_missing = false;
 
   ProfileLine *node = next_node(reading);
+  if (node == nullptr) return 0;
   if (entry && !is_keys(mode) && needs_key(line, mode)) {
-    text = take_text(reading, kGeneratedKeyLength + length);
+    text = take_room(&reading->record->pool, kGeneratedKeyLength + length);
+    if (text == nullptr) return 0;
     write_generated_key(text, reading->counter++);
     whole.copy(text + kGeneratedKeyLength, length);
     length += kGeneratedKeyLength;
@@ -342,4 +348,10 @@ int take_line(LineReading *reading, char *text, size_t length) {
   node->length = static_cast<uint32_t>(length);
   node->has_nul = line.size() < whole.size();
   return topic ? index_topic(node, line, reading->record->hash) : 1;
+}
+
+void free_pool(LinePool *pool) {
+  while (pool->pieces != nullptr) delete std::exchange(pool->pieces, pool->pieces->next);
+  std::string().swap(pool->content);
+  pool->left = 0;
 }

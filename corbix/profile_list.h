@@ -7,9 +7,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory_resource>
-#include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -30,9 +27,15 @@ struct ProfileLine {
 };
 
 // The memory of the lines that were read from the file: a few big pieces instead of two small ones for each line.
+struct PoolPiece {
+  PoolPiece *next;
+  alignas(ProfileLine) char room[127 * sizeof(ProfileLine)];  // 4 kB with the allocator's own words
+};
+
 struct LinePool {
-  std::string content;                                        // the file; the texts of most lines lie in it
-  std::optional<std::pmr::monotonic_buffer_resource> memory;  // nodes, and the texts that got a generated key
+  std::string content;  // the file; the texts of most lines lie in it
+  PoolPiece *pieces;    // nodes, and the texts that got a generated key; the newest piece first
+  size_t left;          // bytes of that one
 };
 
 struct ProfileRecord {
@@ -104,18 +107,16 @@ void delete_topic(ProfileLine *topicLine, HashHandle h);
 
 // ---- Reading --------------------------------------------------------------------------------------------------------
 
-inline constexpr size_t kNodesAtOnce = 16;  // taken from the pool
-
 // The state of making lines of a file; `last` is null before the first one.
 struct LineReading {
   ProfileRecord *record;
   ProfileLine *last;
-  std::span<ProfileLine> nodes;  // of the pool, for the next lines
-  uint16_t counter;              // of the generated keys of the present topic
-  bool topic_missing;            // no topic yet: the first entry gets the generated one in front
-  bool without_nul;              // no line holds a NUL
+  uint16_t counter;    // of the generated keys of the present topic
+  bool topic_missing;  // no topic yet: the first entry gets the generated one in front
+  bool without_nul;    // no line holds a NUL
 };
 
 // Appends the line of `length` bytes at `text`, which lies in the pool, with what the record's mode generates for it.
-// 0, or std::bad_alloc, when memory runs out.
+// 0 when memory runs out.
 [[nodiscard]] int take_line(LineReading *reading, char *text, size_t length);
+void free_pool(LinePool *pool);

@@ -99,7 +99,7 @@ bool decode_line(std::string &content, size_t &at, size_t &length) {
 int read_all_lines(ProfileRecord *record) {
   std::string &content = record->pool.content;
   const bool without_nul = content.find('\0') == std::string::npos;
-  LineReading reading = {record, nullptr, {}, 0, !is_topics(record->mode), without_nul};
+  LineReading reading = {record, nullptr, 0, !is_topics(record->mode), without_nul};
   for (size_t at = 0; at < content.size();) {
     const std::string_view piece = std::string_view(content).substr(at, kTextPiece);
     const size_t length = std::min(piece.find('\n'), piece.size() - 1) + 1;
@@ -112,7 +112,7 @@ int read_all_lines(ProfileRecord *record) {
 // Decodes in place. Kept: behind the last line's end comes one empty line, and a line of 1023 bytes loses its end.
 int read_all_coded_lines(ProfileRecord *record) {
   std::string &content = record->pool.content;
-  LineReading reading = {record, nullptr, {}, 0, !is_topics(record->mode), false};
+  LineReading reading = {record, nullptr, 0, !is_topics(record->mode), false};
   size_t at = 0;
   for (bool at_end = false; !at_end;) {
     char *line = content.data() + at;
@@ -135,25 +135,14 @@ void free_profile(ProfileRecord *record) {
   free_all_lines(&record->first, record->hash);
   HashDestroy(record->hash);
   record->hash = nullptr;
-  record->pool.memory.reset();
-  std::string().swap(record->pool.content);
+  free_pool(&record->pool);
   record->is_open = 0;
-}
-
-// What the lines of a file take beside its content, so that one piece of memory holds them: the nodes (and that of the
-// generated topic), and of a coded file the texts, since most of its lines get a generated key.
-size_t size_of_lines(const std::string &content, int mode) {
-  if (is_binary(mode)) return content.size() * 3 / 2 + sizeof(ProfileLine);
-  size_t lines = 2;
-  for (size_t at = 0; (at = content.find('\n', at)) != std::string::npos; ++at) ++lines;
-  return (lines / kNodesAtOnce + 1) * kNodesAtOnce * sizeof(ProfileLine);
 }
 
 // The lines of the content, or of the file where that is empty.
 int load_profile(ProfileRecord *record) {
-  LinePool &pool = record->pool;
-  if (pool.content.empty() && !read_file(record->name, pool.content)) return 0;
-  pool.memory.emplace(size_of_lines(pool.content, record->mode));
+  std::string &content = record->pool.content;
+  if (content.empty() && !read_file(record->name, content)) return 0;
   return is_binary(record->mode) ? read_all_coded_lines(record) : read_all_lines(record);
 }
 
