@@ -134,11 +134,12 @@ int is_tmp_key(std::string_view line) {
 }
 
 int has_key_entry(std::string_view line) {
-  size_t i = std::min(line.find_first_not_of(' '), line.size());
-  bool letter = false;
-  for (; i < line.size() && line[i] != '=' && line[i] != ' '; ++i) letter = letter || is_letter(line[i]);
-  while (i < line.size() && line[i] == ' ') ++i;
-  return letter && i < line.size() && line[i] == '=';
+  const size_t equals = line.find('=');
+  if (equals == std::string_view::npos) return 0;
+  std::string_view key = line.substr(0, equals);
+  while (key.starts_with(' ')) key.remove_prefix(1);
+  while (key.ends_with(' ')) key.remove_suffix(1);
+  return key.find(' ') == std::string_view::npos && std::ranges::any_of(key, is_letter);
 }
 
 void write_generated_key(char *out, uint16_t number) {
