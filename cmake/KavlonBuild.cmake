@@ -62,16 +62,11 @@ function(kav_stand_on name)
   endforeach()
 endfunction()
 
-# kav_library(FOLDER LAYERS...): the library kav_FOLDER, with "_" for "/", of the sources in FOLDER and in the folders
-# below it that have no row above. One line each, as kav_program: scripts/check-includes reads them.
+# kav_library(FOLDER LAYERS...): the library kav_FOLDER, with "_" for "/", of the sources in FOLDER, on top of the layers
+# named. One line each, as kav_program: scripts/check-includes reads them.
 function(kav_library folder)
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
-  get_property(rooms GLOBAL PROPERTY KAV_FOLDERS)
-  foreach(room IN LISTS rooms)
-    list(FILTER sources EXCLUDE REGEX "/${room}/")
-  endforeach()
+  file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
   list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
-  set_property(GLOBAL APPEND PROPERTY KAV_FOLDERS "${folder}")
   kav_texts_as_euc_jp(sources)
   string(REPLACE "/" "_" name "kav_${folder}")
   add_library(${name} STATIC ${sources})
