@@ -14,7 +14,8 @@ const SettingsMask &settings_mask(const void *context) { return *static_cast<con
 
 void draw_labels(const void *context, WINDOW *win, int32_t attr) {
   for (const Setting &setting : settings_of(settings_mask(context).number)) {
-    if (setting.label.row > 0) draw_frame_label(win, attr, {setting.label.row, setting.label.col, setting.label.text});
+    const auto &[row, col, label] = setting.label;
+    if (row > 0) draw_frame_label(win, attr, {row, col, label.text});
   }
 }
 

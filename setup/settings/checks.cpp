@@ -30,7 +30,7 @@ constexpr std::array<ValueCheck, kRangeCount + 1> ranges_of(const auto &...secti
 constexpr auto kValueChecks = ranges_of(kUpsSettings, kSystemSettings, kExtraJobSettings, kPathSettings);
 
 constexpr size_t count_helps(const auto &...sections) {
-  const auto has_help = [](const Setting &setting) { return setting.help != nullptr; };
+  const auto has_help = [](const Setting &setting) { return setting.help.is_there; };
   return (static_cast<size_t>(std::count_if(sections.begin(), sections.end(), has_help)) + ...);
 }
 constexpr size_t kHelpCount =
@@ -45,7 +45,7 @@ constexpr std::array<HelpText, kHelpCount + 1> make_help_texts() {
   size_t count = 0;
   const auto add = [&](const auto &settings, int field) {
     for (const Setting &setting : settings) {
-      if (setting.field == field && setting.help != nullptr) rows[count++] = {setting.mask, field, setting.help};
+      if (setting.field == field && setting.help.is_there) rows[count++] = {setting.mask, field, setting.help.text};
     }
   };
   for (int field = 0; field < kStdFieldCount; ++field) add(kUpsSettings, field);

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "record/fields.h"
+#include "util/language.h"
 
 // Mask numbers: keys of the range and help tables.
 inline constexpr int kMaskUps = 1;
@@ -47,11 +48,20 @@ enum class WriteRule {
 
 inline constexpr int kNoField = -1;
 
+// A label's or help's text, or none. A flag says so: the compiler of the sanitizers' build can't tell whether an
+// address is null.
+struct RowText {
+  const char *const *text = nullptr;
+  bool is_there = false;
+  constexpr RowText(std::nullptr_t = nullptr) {}
+  constexpr RowText(Label &label) : text(label), is_there(true) {}
+};
+
 // A label at (row, col) of its mask; row 0: not drawn.
 struct FieldLabel {
   uint8_t row = 0;
   uint8_t col = 0;
-  const char *const *text = nullptr;
+  RowText text;
 };
 
 struct Setting;
@@ -78,7 +88,7 @@ struct Setting {
 
   FieldDescriptor cells = {};  // where the mask shows the field; no length: it does not, another row has the field
   FieldLabel label = {};
-  const char *const *help = nullptr;
+  RowText help;
 
   InFile in_file = {};
   int mask = 0;  // filled in by settings_of_mask
@@ -117,7 +127,10 @@ constexpr std::array<const Setting *, Count> in_order_of_reading(const auto &...
   (std::for_each(sections.begin(), sections.end(), place), ...);
   return order;
 }
-constexpr bool has_no_gap(const auto &order) { return std::find(order.begin(), order.end(), nullptr) == order.end(); }
+// True, or it does not compile: what is read through null is no constant.
+constexpr bool has_no_gap(const auto &order) {
+  return std::all_of(order.begin(), order.end(), [](const Setting *setting) { return setting->read > 0; });
+}
 
 // Proves that each field has one row that shows it, with a label and a help, and that numbers stand in number fields.
 constexpr bool have_one_row_each(const auto &settings, int count) {
@@ -129,7 +142,7 @@ constexpr bool have_one_row_each(const auto &settings, int count) {
   for (const Setting &setting : settings) {
     if (setting.cells.length == 0) continue;
     const bool is_number = setting.kind == Kind::number;
-    if (setting.help == nullptr || setting.label.text == nullptr) return false;
+    if (!setting.help.is_there || !setting.label.text.is_there) return false;
     if (is_number != is_number_field(setting.cells.type) || setting.field >= count) return false;
   }
   return true;
