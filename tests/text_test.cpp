@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "tests/folder.h"
+#include "util/charset.h"
 #include "util/files.h"
 #include "util/messages.h"
 #include "util/numbers.h"
@@ -50,6 +51,19 @@ TEST(Text, CopiesStayInTheirPlace) {
   char joined[8] = "abc";
   EXPECT_STREQ(UCTstrncat(joined, "defghijk", sizeof joined), "abcdefg");
   EXPECT_STREQ(UCTstrncat(joined, "x", 4), "abc");
+}
+
+TEST(Text, ControlCharactersAreNotShown) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"a\033[2J\x7F\n"s, "a?[2J??"},
+      {"\0"s, "?"},
+      {"\u009B2J \u00A0\u00E9\u3042\U0001F600", "??2J \u00A0\u00E9\u3042\U0001F600"},
+      {"\x9B\xE1", "?\xE1"},                                                               // Latin-1
+      {"\xA4\xA2\x8E\xB1\x8F\xB0\xA1\x8E\x8F\xB0", "\xA4\xA2\x8E\xB1\x8F\xB0\xA1??\xB0"},  // EUC-JP
+      {"\xA4\xA2\xE3\x81\x9B", "\xA4\xA2\xE3??"},                                          // and UTF-8 in it
+      {"\xE0\x82\x9B\xF0\x80\x82\x9B\xC1\x9B", "\xE0??\xF0???\xC1?"},  // U+009B, longer than it should be
+  };
+  for (const auto &[text, shown] : cases) EXPECT_EQ(printable(text), shown);
 }
 
 TEST(Text, CaseTrimmingAndPadding) {

@@ -132,6 +132,35 @@ TypedCharacter typed_euc_jp(std::string_view typed) {
   return {length, std::string(typed.substr(0, fits ? 2 : 0))};
 }
 
+// --- control characters
+
+// The bytes of the UTF-8 character that a text begins with, in its shortest form; 0 when it begins with none.
+size_t utf8_length(std::string_view text) {
+  const auto follows = [](char c) { return (byte_of(c) & 0xC0) == 0x80; };
+  const int first = byte_of(text.front());
+  if (is_ascii(text.front())) return 1;
+  const size_t length = first < 0xC2 || first > 0xF4 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+  if (length < 2 || length > text.size() || !std::ranges::all_of(text.substr(1, length - 1), follows)) return 0;
+  const int second = byte_of(text[1]);
+  return (first == 0xE0 && second < 0xA0) || (first == 0xF0 && second < 0x90) ? 0 : length;
+}
+
+bool consists_of_utf8(std::string_view text) {
+  while (!text.empty()) {
+    const size_t length = utf8_length(text);
+    if (length == 0) return false;
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
+// Of ASCII, or from U+0080 to U+009F: a byte of its own, or "\xC2" and that byte.
+bool is_control(std::string_view character) {
+  const int last = byte_of(character.back());
+  if (character.size() == 1) return last < ' ' || (last >= 0x7F && last < 0xA0);
+  return character.front() == '\xC2' && last < 0xA0;
+}
+
 }  // namespace
 
 Charset present_charset() {
@@ -170,6 +199,17 @@ std::wstring text_to_cells(std::string_view text, Charset charset, size_t column
     left -= taken;
   }
   return cells;
+}
+
+std::string printable(std::string text) {
+  const bool is_utf8 = consists_of_utf8(text);
+  for (size_t at = 0; at < text.size();) {
+    const std::string_view rest = std::string_view(text).substr(at);
+    const size_t length = is_utf8 ? utf8_length(rest) : euc_jp_length(rest);
+    if (is_control(rest.substr(0, length))) text.replace(at, length, length, '?');
+    at += length;
+  }
+  return text;
 }
 
 std::string text_to_terminal(std::string_view text, Charset charset) {

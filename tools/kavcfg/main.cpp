@@ -31,13 +31,6 @@ constexpr size_t kLongestPassword = 1024;  // of a line that is read; the keys t
 
 // --- output
 
-// Control bytes of a file must not reach the terminal.
-std::string printable(std::string text) {
-  const auto is_control = [](char c) { return (c >= '\0' && c < ' ') || c == '\x7F'; };
-  std::replace_if(text.begin(), text.end(), is_control, '?');
-  return text;
-}
-
 void print_line(FILE *stream, const std::string &text) { print_text(stream, (text + "\n").c_str()); }
 
 int complain(int status, const std::string &text) {
