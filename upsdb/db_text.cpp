@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <memory>
 
 #include "corbix/profile_line.h"
@@ -14,6 +15,7 @@
 namespace {
 
 constexpr size_t kLongestCodedText = kCodedPiece - 2;  // without the end of its line
+constexpr std::string_view kControlsOfTexts = "\t\n\r\x1A";
 
 const char *fault_of_line(std::string_view line) {
   if (line.size() > kLongestCodedText) return "line is longer than 1022 bytes";
@@ -22,26 +24,38 @@ const char *fault_of_line(std::string_view line) {
   return nullptr;
 }
 
+bool is_text(std::string_view content) {
+  const auto is_control = [](char c) {
+    return static_cast<unsigned char>(c) < ' ' && kControlsOfTexts.find(c) == std::string_view::npos;
+  };
+  const std::vector<std::string_view> lines = lines_of(content);
+  const auto first = std::ranges::find_if(lines, is_entry_line);
+  if (first != lines.end() && first->starts_with('[')) return true;
+  return std::ranges::none_of(content, is_control) && std::ranges::any_of(lines, is_topic);
+}
+
 struct Freer {
   void operator()(char *memory) const { std::free(memory); }
 };
 
-void begin_section(int number, std::string_view line, std::vector<DbSection> &sections,
-                   std::vector<Finding> &findings) {
+// The line of each section's first title, by its name.
+using FirstLines = std::map<std::string, int, CaseBlind>;
+
+DbSection new_section(int number, std::string_view line, FirstLines &known, std::vector<Finding> &findings) {
   char name[kValueBufferSize];
   get_topic(line, name);
   if (!line.starts_with('[')) findings.push_back({number, name, "line", "is read as the title of a section"});
-  const DbSection *same = find_section(sections, name);
-  if (same != nullptr) {
-    findings.push_back(
-        {number, name, "line", "is never read: the section begins in line " + std::to_string(same->line)});
+  const auto [first, is_new] = known.try_emplace(name, number);
+  if (!is_new) {
+    const std::string begin = std::to_string(first->second);
+    findings.push_back({number, name, "line", "is never read: the section begins in line " + begin});
   }
-  sections.push_back({name, number, {}, {}});
+  return {name, number, {}, {}};
 }
 
 void add_line(int number, std::string_view line, DbSection &section, std::vector<Finding> &findings) {
   if (line.find('\t') != std::string_view::npos) findings.push_back({number, section.name, "line", "tabs are dropped"});
-  auto &lines = has_key_entry(line) == 1 ? section.settings : section.records;
+  auto &lines = has_key_entry(line) ? section.settings : section.records;
   char text[kValueBufferSize];
   get_keyless_value(line, text, kReadCoded);
   lines.push_back({number, text});
@@ -59,22 +73,27 @@ std::vector<std::string_view> lines_of(std::string_view text) {
   return lines;
 }
 
-int code_text(std::string_view text, std::string &coded, std::vector<Finding> &findings) {
-  char *memory = nullptr;
-  size_t size = 0;
-  Stream stream(open_memstream(&memory, &size));
-  if (stream == nullptr) return 0;
-  int good = 1;
+int check_lines(std::string_view text, std::vector<Finding> &findings) {
+  const size_t before = findings.size();
   int number = 0;
   for (const std::string_view line : lines_of(text)) {
     ++number;
     const char *fault = fault_of_line(line);
     if (fault != nullptr) findings.push_back({number, "", "line", fault});
-    good &= fault == nullptr ? fwriteln(stream.get(), line) : 0;
   }
+  return findings.size() == before ? 1 : 0;
+}
+
+int code_text(std::string_view text, std::string &coded, std::vector<Finding> &findings) {
+  char *memory = nullptr;
+  size_t size = 0;
+  Stream stream(open_memstream(&memory, &size));
+  if (stream == nullptr) return 0;
+  int good = check_lines(text, findings);
+  for (const std::string_view line : lines_of(text)) good &= fwriteln(stream.get(), line);
   good &= std::fclose(stream.release()) == 0 ? 1 : 0;
   const std::unique_ptr<char, Freer> content(memory);
-  if (good == 1) coded.assign(memory, size);
+  if (good) coded.assign(memory, size);
   return good;
 }
 
@@ -96,23 +115,44 @@ int decode_text(std::string_view coded, std::string &text) {
   return 1;
 }
 
+DbForm text_of_file(std::string_view content, std::string &text) {
+  if (content.empty()) return DbForm::empty;
+  if (!is_text(content)) return decode_text(content, text) ? DbForm::coded : DbForm::damaged;
+  text = content;
+  return DbForm::text;
+}
+
+const char *name_of_form(DbForm form) {
+  switch (form) {
+    case DbForm::text:
+      return "the text of a database";
+    case DbForm::coded:
+      return "a coded database";
+    case DbForm::empty:
+      return "empty";
+    case DbForm::damaged:
+      return "no database, or not all of one";
+  }
+  return "";
+}
+
 std::vector<DbSection> sections_of(std::string_view text, std::vector<Finding> &findings) {
   std::vector<DbSection> sections;
+  FirstLines known;
   bool hidden = false;
   int number = 0;
   for (const std::string_view line : lines_of(text)) {
     ++number;
-    char name[kValueBufferSize];
-    if (is_topic(line) == 1) {
-      begin_section(number, line, sections, findings);
+    if (is_topic(line)) {
+      sections.push_back(new_section(number, line, known, findings));
       hidden = false;
-    } else if (get_topic(line, name) == 1) {
+    } else if (holds_topic(line)) {
       const std::string section = sections.empty() ? "" : sections.back().name;
       findings.push_back({number, section, "line", "\"[\" hides this line and the rest of the section"});
       hidden = true;
-    } else if (is_entry_line(line) == 1 && sections.empty()) {
+    } else if (is_entry_line(line) && sections.empty()) {
       findings.push_back({number, "", "line", "stands before the first section"});
-    } else if (is_entry_line(line) == 1 && !hidden) {
+    } else if (is_entry_line(line) && !hidden) {
       add_line(number, line, sections.back(), findings);
     }
   }
@@ -129,7 +169,7 @@ bool find_setting(const DbSection &section, std::string_view key, DbLine &settin
   for (const DbLine &line : section.settings) {
     char found[kValueBufferSize];
     char value[kValueBufferSize];
-    if (get_entry(line.text, found, kReadCoded) == 0 || xstricmp(found, key) != 0) continue;
+    if (!get_entry(line.text, found, kReadCoded) || xstricmp(found, key) != 0) continue;
     get_value(line.text, value, kReadCoded);
     setting = {line.number, value};
     return true;

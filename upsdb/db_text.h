@@ -18,13 +18,23 @@ struct Finding {
 // The lines of a text, each with its "\n" where it has one.
 std::vector<std::string_view> lines_of(std::string_view text);
 
-// Codes a text. 1; or 0, `coded` untouched, when a line can't come back: one of more than 1,022 bytes with its end, one
-// that ends in "\r\n", and one that holds a NUL. Each of them is appended to `findings`.
+// 1; or 0 when a line would not come back from its coded form: one of more than 1,022 bytes with its end, one that ends
+// in "\r\n", and one that holds a NUL. Each of them is appended to `findings`.
+[[nodiscard]] int check_lines(std::string_view text, std::vector<Finding> &findings);
+// Codes a text. 1; or 0, `coded` untouched, with what check_lines finds, or without memory.
 [[nodiscard]] int code_text(std::string_view text, std::string &coded, std::vector<Finding> &findings);
 
 // Decodes a file. 1; or 0, `text` untouched, when it is no complete coded file. Lines that were coded without their
 // "\n" get one, so a file of another maker is readable too.
 [[nodiscard]] int decode_text(std::string_view coded, std::string &text);
+
+// What a file can be taken for: a text begins with a section, or has one and no control bytes; all else is a coded file,
+// if it can be decoded.
+enum class DbForm { text, coded, empty, damaged };
+// Takes the text out of a file of either form; `text` is untouched when it is neither.
+[[nodiscard]] DbForm text_of_file(std::string_view content, std::string &text);
+// What a person reads about a file that is not of the form that is wanted.
+const char *name_of_form(DbForm form);
 
 // The lines of a section as the profile store hands them out.
 struct DbLine {

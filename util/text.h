@@ -35,6 +35,12 @@ int stricmp(std::string_view a, std::string_view b);
 // Case-blind over at most n characters.
 int strnicmp(const char *a, const char *b, int n);
 
+// Orders names that differ in more than case.
+struct CaseBlind {
+  using is_transparent = void;
+  bool operator()(std::string_view a, std::string_view b) const { return xstricmp(a, b) < 0; }
+};
+
 // A heap copy that the caller frees with free(); null for null or when memory runs out.
 [[nodiscard]] char *xstrdup(const char *s);
 
