@@ -1,5 +1,6 @@
 // kavdb: the coded form and back, the faults that it finds, and the program itself.
 #include <algorithm>
+#include <utility>
 
 #include "tests/database_file.h"
 #include "tests/run.h"
@@ -46,6 +47,7 @@ TEST(Check, NamesTheFault) {
       {"push HOLD_TIME", "push [HOLD]", "HOLD", "line", "is read as the title of a section"},
       {"[SHARED_MAIN]", "[FUNC_TSN]", "FUNC_TSN", "line", "is never read: the section begins in line"},
       {"[CUSTOM]", "stray\n[CUSTOM]", "", "line", "stands before the first section"},
+      {"ZELK K-TSN030-200", "halvoris 500va k-tsn005", "UPS", "0 name", "'halvoris 500va k-tsn005' is in line"},
       {"[BYPASS_LIB]", "[OTHER]\nx\n[BYPASS_LIB]", "OTHER", "section", "nothing leads here"},
   };
   EXPECT_EQ(check_database(sample_text()), std::vector<Finding>{});
@@ -64,13 +66,23 @@ TEST(Check, NamesTheFault) {
   }
 }
 
+TEST(Check, CountsTheRecordsOfASection) {
+  const std::string title = "[BYPASS_LIB]\n";
+  std::string text = sample_text(), records;
+  const size_t begin = text.find(title) + title.size();
+  for (int n = 0; n < 32768; ++n) records += "pop\n";
+  const int last = static_cast<int>(lines_of(text.substr(0, begin)).size()) + 32768;
+  const std::string fault = "is never read: a section holds at most 32767 records";
+  EXPECT_EQ(check_database(text.insert(begin, records)), (std::vector<Finding>{{last, "BYPASS_LIB", "line", fault}}));
+}
+
 TEST(Program, CompilesDumpsListsAndChecks) {
   const WorkingFolder folder;
   std::string output;
   EXPECT_EQ(run_kavdb("compile " SAMPLE_TEXT " upstyp.ups", output), 0) << output;
   EXPECT_EQ(static_cast<unsigned>(std::filesystem::status("upstyp.ups").permissions()), 0644U);
-  EXPECT_EQ(run_kavdb("compile - upstyp.ups", output, "printf 'a\\r\\n'"), 1) << "a line that would not come back";
-  EXPECT_EQ(output, "standard input:1: line: line ends in a carriage return\n");
+  EXPECT_EQ(run_kavdb("compile --force - upstyp.ups", output, "printf '[UPS]\\r\\n' | head -c 7"), 1);
+  EXPECT_NE(output.find("standard input:1: line: line ends in a carriage return\n"), std::string::npos) << output;
   EXPECT_EQ(run_kavdb("dump upstyp.ups", output), 0) << "the old database is whole";
   EXPECT_EQ(output, sample_text());
   EXPECT_EQ(run_kavdb("compile - - | '" KAVDB_PROGRAM "' check -", output, "cat " SAMPLE_TEXT), 0) << output;
@@ -78,7 +90,43 @@ TEST(Program, CompilesDumpsListsAndChecks) {
   EXPECT_EQ(lines_of(output)[5],
             "  4  ZELK K-TSN030-200               9600,n,8,1    0x805C     0     3000       10         12\n");
   EXPECT_EQ(run_kavdb("dump " SAMPLE_TEXT, output), 1) << "a text is no database";
-  EXPECT_EQ(run_kavdb("list none", output) + run_kavdb("compile . out", output) + run_kavdb("compile - .", output), 3);
+}
+
+// Each row: what is run, after "cp SAMPLE_TEXT text" and with the first 9,000 bytes of a database in "part", and the
+// one line that it prints.
+TEST(Program, NamesWhatItCanNotDo) {
+  const WorkingFolder folder;
+  std::string output;
+  put_file("text", sample_text());
+  put_file("empty", "");
+  put_file("faulty", "[UPS]\n");
+  ASSERT_EQ(run_kavdb("compile text whole", output), 0) << output;
+  put_file("part", get_file("whole").substr(0, 9000));
+  const std::string whole = get_file("whole");
+  const std::pair<const char *, const char *> cases[] = {
+      {"list none", "can't read none: No such file or directory"},
+      {"check .", "can't read .: Is a directory"},
+      {"compile text .", "can't write .: Is a directory"},
+      {"compile text none/out", "can't write none/out: No such file or directory"},
+      {"check empty", "empty is empty"},
+      {"check part", "part is no database, or not all of one"},
+      {"list part", "part is no database, or not all of one"},
+      {"dump part", "part is no database, or not all of one"},
+      {"check /etc/passwd", "/etc/passwd is no database, or not all of one"},
+      {"dump text", "text is the text of a database"},
+      {"compile whole out", "whole is a coded database"},
+      {"compile text ./text", "text and ./text are the same file"},
+      {"compile - text < text", "standard input and text are the same file"},
+  };
+  for (const auto &[arguments, said] : cases) {
+    EXPECT_EQ(run_kavdb(arguments, output), 1) << arguments;
+    EXPECT_EQ(output, std::string("kavdb: ") + said + "\n") << arguments;
+  }
+  EXPECT_EQ(run_kavdb("compile faulty whole", output), 1);
+  EXPECT_TRUE(output.ends_with("kavdb: nothing is written; --force goes on all the same\n")) << output;
+  EXPECT_TRUE(get_file("whole") == whole && get_file("text") == sample_text());
+  EXPECT_EQ(run_kavdb("compile faulty --force whole", output) + run_kavdb("dump whole 2>&1", output), 0);
+  EXPECT_EQ(output, "[UPS]\n");
 }
 
 TEST(Program, TellsWhatIsWrong) {
@@ -88,7 +136,7 @@ TEST(Program, TellsWhatIsWrong) {
   EXPECT_EQ(run_kavdb("list -", output, "printf '[UPS]\nA\\033|1\n'"), 1);
   EXPECT_EQ(lines_of(output)[0], "standard input:2: UPS: model: can't be read, try kavdb check\n");
   EXPECT_EQ(output.find('\033'), std::string::npos) << "control bytes are not shown";
-  for (const char *arguments : {"", "dump", "dump a b", "compile a", "help"}) {
+  for (const char *arguments : {"", "dump", "dump a b", "compile a", "dump --force a", "help"}) {
     EXPECT_EQ(run_kavdb(arguments, output), 2) << arguments;
     EXPECT_TRUE(output.starts_with("usage: kavdb compile")) << arguments;
   }
