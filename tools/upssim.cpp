@@ -45,6 +45,7 @@ constexpr const char *kHelp =
     "  -l, --link PATH      makes PATH, which must not exist, a link to the pseudo-terminal; removes it at the end\n"
     "  -w, --with-parent    ends when the program that started it ends\n"
     "  -h, --help           shows this text\n"
+    "  -V, --version        shows the version\n"
     "\n"
     "What is wrong with a request is written to standard error. Exit status: 0 every request was right, 1 one was "
     "not,\n"
@@ -66,9 +67,10 @@ constexpr option kOptions[] = {
   { "link",        required_argument, nullptr, 'l' },
   { "with-parent", no_argument,       nullptr, 'w' },
   { "help",        no_argument,       nullptr, 'h' },
+  { "version",     no_argument,       nullptr, 'V' },
   { nullptr,       0,                 nullptr, 0 },
 };  // clang-format on
-constexpr const char *kLetters = "m:a:gsL:cd:b:p:n:l:wh";
+constexpr const char *kLetters = "m:a:gsL:cd:b:p:n:l:whV";
 
 // The flags that a line must not have while it is asked.
 struct Flag {
@@ -229,9 +231,9 @@ bool read_option(int letter, const char *value, Options &options) {
 // Returns 1; or 0 when an option is wrong.
 int read_options(int count, char **words, Options &options) {
   for (int letter = 0; (letter = getopt_long(count, words, kLetters, kOptions, nullptr)) != -1;) {
-    if (letter == 'h') {
-      std::fputs(kHelp, stdout);
-      std::exit(0);
+    if (letter == 'h' || letter == 'V') {
+      std::fputs(letter == 'h' ? kHelp : "upssim " KAV_VERSION "\n", stdout);
+      std::exit(std::fflush(stdout) == 0 ? 0 : 2);
     }
     if (!read_option(letter, optarg, options)) return 0;
   }
@@ -362,7 +364,7 @@ int serve(Line &line, const Options &options, bool is_last) {
 
 int main(int count, char **words) {
   Options options;
-  if (read_options(count, words, options) != 1) {
+  if (!read_options(count, words, options)) {
     std::fputs("upssim: wrong options; upssim --help lists them\n", stderr);
     return 2;
   }
@@ -370,13 +372,13 @@ int main(int count, char **words) {
   if (options.with_parent) prctl(PR_SET_PDEATHSIG, SIGTERM);
 
   const int opened = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-  if (opened < 0) return fail("pseudo-terminal");
+  if (opened < 0) return fail("/dev/ptmx");
   Line line(opened);
-  if (prepare_line(line) != 1) return fail("pseudo-terminal");
-  if (announce(line, options) != 1) return fail(port_name);
+  if (!prepare_line(line)) return fail(line.path);
+  if (!announce(line, options)) return fail(port_name);
 
   for (int done = 0; options.requests == 0 || done < options.requests; ++done) {
-    if (serve(line, options, done + 1 == options.requests) != 1) return fail(port_name);
+    if (!serve(line, options, done + 1 == options.requests)) return fail(port_name);
   }
   remove_link();
   return fault_found;

@@ -27,7 +27,7 @@ using std::chrono::milliseconds;
 
 constexpr int kTimeLimit = 10000;  // for what should come at once, on a busy machine and with a leak check
 
-// ---- The emulator ---------------------------------------------------------------------------------------------------
+// --- The emulator
 
 int on_property(VTermProp property, VTermValue *value, void *user) {
   auto &t = *static_cast<TerminalState *>(user);
@@ -129,7 +129,7 @@ Position find_now(const TerminalState &t, std::string_view text) {
   return {-1, -1};
 }
 
-// ---- What the program does ------------------------------------------------------------------------------------------
+// --- What the program does
 
 int number_of(const std::optional<Descriptor> &descriptor) { return descriptor ? descriptor->number : -1; }
 
@@ -271,7 +271,7 @@ void let_escape_act(TerminalState &t) {
   t.pending = true;
 }
 
-// ---- Ending ---------------------------------------------------------------------------------------------------------
+// --- Ending
 
 void fail_on_reports(const TerminalState &t) {
   for (const auto &entry : fs::directory_iterator(t.root + "/reports")) {
