@@ -7,6 +7,7 @@
 #include <span>
 
 #include "setup/check/job_faults.h"
+#include "setup/configuration/changes.h"
 #include "setup/configuration/configuration.h"
 #include "setup/jobs/texts.h"
 #include "tests/run.h"
@@ -175,17 +176,93 @@ TEST_F(Kavcfg, PrintsValuesJobsAndDifferences) {
   EXPECT_NE(get_file("ups.cfg").find("UpsLocation=\xC6\xFC\n"), std::string::npos) << "EUC-JP, as the masks store it";
 }
 
-TEST_F(Kavcfg, TellsMisuseFromFailure) {
-  EXPECT_EQ(kavcfg("--help").status, 0);
-  for (const char *words : {"", "get", "get NoKey", "set", "set UpsID", "set NoKey=1", "set GarUpTime=1", "list",
-                            "set UpsID=1 upsid=2", "set PASSWORD=x", "check x", "-x check", "diff a b"}) {
-    EXPECT_EQ(kavcfg(words).status, 2) << words;
-  }
-  for (const char *words : {"-f none check", "-f none set UpsID=1", "-u none check", "-u none set UpsModel=x",
-                            "diff none", "set PASSWORD", "check >/dev/full; cat none", "get UpsID >/dev/full"}) {
-    EXPECT_EQ(kavcfg(words).status, 1) << words;
+TEST_F(Kavcfg, EndsWithAStatusAndOneLineThatNamesTheWord) {
+  const struct {
+    const char *words;
+    int status;
+    const char *says;  // its only line begins so after "kavcfg: "; null: nothing is said
+  } cases[] = {
+      // clang-format off
+      {"--version",                0, nullptr},
+      {"",                         2, "a command is needed"},
+      {"lst",                      2, "unknown command 'lst'"},
+      {"-x check",                 2, "unknown option '-x'"},
+      {"get",                      2, "'get' needs an argument"},
+      {"get UpsID NoKey",          2, "NoKey: no such key"},
+      {"set UpsID",                2, "UpsID: a value is needed"},
+      {"set GarUpTime=1",          2, "GarUpTime: follows from other keys"},
+      {"set UpsID=1 upsid=2",      2, "UpsID: given twice"},
+      {"set PASSWORD=x",           2, "PASSWORD: give the key alone"},
+      {"check x",                  2, "'check' does not take 'x'"},
+      {"-f - set UpsID=1",         2, "'set' needs a file"},
+      {"unset UpsID GarUpTime",    2, "GarUpTime: follows from other keys"},
+      {"set PASSWORD",             1, "PASSWORD: standard input has no line"},
+      {"get PASSWORD",             1, "PASSWORD: a password is not printed"},
+      {"-f none check",            3, "can't read none: No such file or directory"},
+      {"-f none set UpsID=1",      3, "can't read none: No such file or directory"},
+      {"-u none set UpsModel=x",   3, "can't read the database none: No such file or directory"},
+      {"diff none",                3, "can't read none: No such file or directory"},
+      {"apply none",               3, "can't read none: No such file or directory"},
+      {"new",                      3, "can't write ups.cfg: File exists"},
+      {"-C none check",            3, "can't read none: No such file or directory"},
+      {"get UpsID >/dev/full",     3, nullptr},
+      // clang-format on
+  };
+  for (const auto &[words, status, says] : cases) {
+    const Result result = kavcfg(words);
+    EXPECT_EQ(result.status, status) << words;
+    if (says == nullptr) continue;
+    EXPECT_TRUE(result.output.starts_with(std::string("kavcfg: ") + says)) << result.output;
+    EXPECT_EQ(std::ranges::count(result.output, '\n'), 1) << result.output;
   }
   EXPECT_FALSE(std::filesystem::exists("none"));
+}
+
+TEST_F(Kavcfg, AppliesWhatItListsAndPredictsWhatItDoes) {
+  const WorkingFolder here(kMemoryFolder);
+  ASSERT_EQ(kavcfg("new UpsModel=K-TRN010VQ-100 CheckRate=7 'Event3=LOGMSG(\"a\")O;' UpTimeSupport=no"),
+            (Result{0, ""}));
+  ASSERT_EQ(kavcfg("-f other.cfg new").status, 0);
+  const std::string wanted = kavcfg("list").output;
+  put_file("wanted", "# a comment\n\n" + wanted);
+
+  const std::string predicted = kavcfg("-f other.cfg apply wanted --dry-run --json").output;
+  const std::string before = get_file("other.cfg");
+  EXPECT_EQ(kavcfg("-f other.cfg apply wanted --diff --dry-run").output,
+            "-UpsModel=Unknown\n+UpsModel=K-TRN010VQ-100\n-UpsHoldMins=10\n+UpsHoldMins=9\n-CheckRate=1\n+CheckRate=7\n"
+            "-UpTimeSupport=yes\n+UpTimeSupport=no\n-Event3=" +
+                std::string(eventlist[3].jobs[0]) + "\n+Event3=LOGMSG(\"a\")O;\n");
+  EXPECT_EQ(get_file("other.cfg"), before);
+  EXPECT_EQ(kavcfg("-f other.cfg apply wanted --json"), (Result{0, predicted}));
+  EXPECT_EQ(kavcfg("-f other.cfg diff ups.cfg"), (Result{0, ""}));
+  EXPECT_EQ(kavcfg("list"), kavcfg("-f other.cfg list"));
+  const auto written = std::filesystem::last_write_time("other.cfg");
+  EXPECT_NE(kavcfg("-f other.cfg apply wanted --json").output.find("\"changed\": false"), std::string::npos);
+  EXPECT_EQ(std::filesystem::last_write_time("other.cfg"), written);
+
+  put_file("json", "{\n\"CheckRate\": 8, \"UpTimeSupport\": true,\n\"Event3\": null, \"PASSWORD\": \"abc\"}");
+  EXPECT_EQ(
+      kavcfg("apply json --diff").output,
+      "-PASSWORD=(hidden)\n+PASSWORD=(hidden)\n-CheckRate=7\n+CheckRate=8\n-UpTimeSupport=no\n+UpTimeSupport=yes\n"
+      "-Event3=LOGMSG(\"a\")O;\n+Event3=" +
+          std::string(eventlist[3].jobs[0]) + "\n");
+  put_file("unsaved", std::string(kStoredMark) + "\nPASSWORD=SWNL\n");
+  EXPECT_EQ(kavcfg("apply unsaved"), (Result{0, ""}));
+  EXPECT_NE(get_file("ups.cfg").find("\nPASSWORD=SWNL\n"), std::string::npos);
+  EXPECT_EQ(kavcfg("unset CheckRate && '" KAVCFG_PROGRAM "' get CheckRate"), (Result{0, "1\n"}));
+
+  const std::string kept = get_file("ups.cfg");
+  for (const auto &[text, fault] :
+       {std::pair{"CheckRate=5\nNoKey=1\n", "kavcfg: bad:2: NoKey: no such key\n"},
+        {"CheckRate=5\n\nUpsLoad=0\n", "kavcfg: bad:3: UpsLoad: is not from 1 to 100000000\n"},
+        {"{\n\"CheckRate\": 5,\n\"UpsLoad\": [1]}", "kavcfg: bad:3: UpsLoad: a text, a number"},
+        {"{\"CheckRate\": 5,\n", "kavcfg: bad:2: this is no JSON\n"}}) {
+    put_file("bad", text);
+    const Result result = kavcfg("apply bad");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.output.starts_with(fault)) << result.output;
+    EXPECT_EQ(get_file("ups.cfg"), kept);
+  }
 }
 
 // --- two writers of one file

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <optional>
 #include <set>
 #include <sstream>
 
@@ -18,12 +17,6 @@ namespace {
 std::vector<Stored> at_start;  // of all settings, when the session began; written by begin_changes and by a save
 
 bool is_changed(size_t place) { return stored_value(*all_settings()[place]) != at_start[place]; }
-
-std::optional<std::string> text_of_profile(const Setting &setting) {
-  char value[kValueBufferSize];
-  if (!XGetPrivateProfileString(kTmpTopic, setting.key, value, sizeof value)) return std::nullopt;
-  return value;
-}
 
 // A missing key and its default are the same.
 bool is_as_loaded(const Setting &setting, const std::optional<std::string> &now) {
@@ -66,7 +59,7 @@ std::vector<std::string> leave_changes_of_others(const char *file) {
   std::vector<const Setting *> left;
   for (size_t i = 0; i < at_start.size(); ++i) {
     const Setting &setting = *all_settings()[i];
-    const std::optional<std::string> now = text_of_profile(setting);
+    const std::optional<std::string> now = text_in_profile(setting);
     if (!can_be_set(setting) || is_as_loaded(setting, now)) continue;
     if (!is_changed(i)) {
       left.push_back(&setting);

@@ -93,7 +93,8 @@ void trace_defaults() {
   }
 }
 
-std::vector<std::string> report;  // of the last save
+int section_written[std::size(kSections)];  // results of the last write_all_sections
+std::vector<std::string> report;            // of the last save
 
 std::string reason_of(int error) {
   return error == EWOULDBLOCK ? lock_held_label[language] : std::string(std::strerror(error));
@@ -166,9 +167,7 @@ int values_of_file(const char *file, std::vector<std::string> &values) {
   if (!XOpenProfile(file, kReadText)) return 0;
   values.clear();
   for (const Setting *setting : all_settings()) {
-    char value[kValueBufferSize];
-    const bool stored = XGetPrivateProfileString(kTmpTopic, setting->key, value, sizeof value) != 0;
-    values.push_back(stored ? value : default_of(*setting));
+    values.push_back(text_in_profile(*setting).value_or(default_of(*setting)));
   }
   XCloseProfile();
   return 1;
@@ -182,18 +181,23 @@ std::vector<std::string> default_values() {
   return values;
 }
 
+int create_profile(const char *file) { return XCreateProfile(file, kHeader); }
+
+bool write_all_sections() {
+  for (size_t i = 0; i < std::size(kSections); ++i) section_written[i] = kSections[i].write();
+  return std::ranges::find(section_written, 0) == std::end(section_written);
+}
+
 int save_configuration(const char *file) {
   SaveLock lock;  // two programs that save at the same time must not mix
   if (!lock_for_saving(file, lock)) return not_saved(file, errno);
-  const bool exists = does_file_exist(file, 1) != 0;
-  if (!(exists ? XOpenProfile(file, kWriteText) : XCreateProfile(file, kHeader))) return not_saved(file, errno);
+  const bool exists = does_file_exist(file, kAnyFile) != 0;
+  if (!(exists ? XOpenProfile(file, kWriteText) : create_profile(file))) return not_saved(file, errno);
   const std::vector<std::string> others = leave_changes_of_others(file);
-  std::array<int, std::size(kSections)> written = {};
-  for (size_t i = 0; i < written.size(); ++i) written[i] = kSections[i].write();
-  const bool all_written = std::ranges::find(written, 0) == written.end();
+  const bool all_written = write_all_sections();
   const int closed = XCloseProfile();
   const int error = errno;
-  for (size_t i = 0; i < written.size(); ++i) trace_section(kSections[i].name, closed && written[i]);
+  for (size_t i = 0; i < std::size(kSections); ++i) trace_section(kSections[i].name, closed && section_written[i]);
   if (!closed) return not_saved(file, error);
   report = others;
   if (all_written) {
@@ -208,7 +212,7 @@ int save_configuration(const char *file) {
 const std::vector<std::string> &save_report() { return report; }
 
 std::string obstacle_to_saving(const char *file) {
-  const bool exists = does_file_exist(file, 1) != 0;
+  const bool exists = does_file_exist(file, kAnyFile) != 0;
   const int error = access(exists ? file : ".", W_OK) != 0 ? errno : is_saved_now(file) ? EWOULDBLOCK : 0;
   return error == 0 ? "" : filled(unsavable_label, {file, reason_of(error)});
 }

@@ -38,6 +38,10 @@ std::vector<std::string> default_values();
 // or the whole old one. A setting that another program changed meanwhile, and this session did not, keeps the file's
 // value. 1, or 0 when a section (the others are written all the same) or the file could not be written.
 int save_configuration(const char *file);
+// Its parts: opens a profile for a `file` that is not there yet, which begins as a new configuration does, 1 or 0; and
+// writes all sections into the open profile, false when one was refused.
+int create_profile(const char *file);
+bool write_all_sections();
 // What the person should know of the last save, when the screen is gone: why it failed, what others changed. The same
 // reason beforehand: why `file` could not be saved now, "" when nothing is known.
 const std::vector<std::string> &save_report();

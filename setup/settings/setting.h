@@ -61,7 +61,7 @@ struct RowText {
 struct FieldLabel {
   uint8_t row = 0;
   uint8_t col = 0;
-  RowText text;
+  RowText text = {};
 };
 
 struct Setting;
@@ -88,7 +88,7 @@ struct Setting {
 
   FieldDescriptor cells = {};  // where the mask shows the field; no length: it does not, another row has the field
   FieldLabel label = {};
-  RowText help;
+  RowText help = {};
 
   InFile in_file = {};
   int mask = 0;  // filled in by settings_of_mask

@@ -191,10 +191,15 @@ bool value_of(const Setting &setting, std::string &value) {
   return true;
 }
 
-void note_text_in_file(const Setting &setting) {
+std::optional<std::string> text_in_profile(const Setting &setting) {
   char value[kValueBufferSize];
+  if (!XGetPrivateProfileString(kTmpTopic, setting.key, value, sizeof value)) return std::nullopt;
+  return value;
+}
+
+void note_text_in_file(const Setting &setting) {
   loaded_texts.erase(setting.key);
-  if (XGetPrivateProfileString(kTmpTopic, setting.key, value, sizeof value)) loaded_texts[setting.key] = value;
+  if (const auto text = text_in_profile(setting)) loaded_texts[setting.key] = *text;
 }
 
 void load_settings(std::span<const Setting *const> settings) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -56,6 +57,8 @@ void store_default(const Setting &setting, const char *directory);
 // All settings that are read, in that order, but the mail settings, which have procedures of their own.
 std::span<const Setting *const> core_settings();
 
+// The text of a key of the open profile; none when it has no such key.
+std::optional<std::string> text_in_profile(const Setting &setting);
 // Keeps the text of a key of the open profile; load_settings does so too. What was kept; null when the file had no such
 // key, or nothing was loaded.
 void note_text_in_file(const Setting &setting);

@@ -1,36 +1,22 @@
 #include "tools/kavcfg/change.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <utility>
 
 #include "corbix/profile_line.h"
 #include "corbix/xconfig.h"
 #include "setup/check/faults.h"
 #include "setup/check/texts.h"
+#include "setup/configuration/changes.h"
 #include "setup/configuration/configuration.h"
 #include "setup/settings/models.h"
 #include "tools/kavcfg/texts.h"
 #include "util/files.h"
 
 namespace {
-
-// What the records would write of a setting; not `written` for a number out of its range.
-struct Stored {
-  bool written;
-  std::string value;
-  bool operator==(const Stored &) const = default;
-};
-
-Stored stored_value(const Setting &setting) {
-  Stored stored = {};
-  stored.written = value_of(setting, stored.value);
-  return stored;
-}
-
-std::vector<Stored> all_stored_values() {
-  std::vector<Stored> values;
-  for (const Setting *setting : all_settings()) values.push_back(stored_value(*setting));
-  return values;
-}
 
 bool is_given(std::span<const Change> changes, const Setting &setting) {
   return std::ranges::find(changes, &setting, &Change::setting) != changes.end();
@@ -67,78 +53,132 @@ void take_changes(std::span<const Change> changes) {
   }
   // a secret is given in clear, as a default is
   for (const Change &change : changes) {
-    take_value(*change.setting, change.value.c_str(), change.setting->kind != Kind::secret);
+    const bool in_clear = change.setting->kind == Kind::secret && !change.is_stored;
+    take_value(*change.setting, change.value.c_str(), !in_clear);
   }
   follow_shutdown(changes);
 }
 
-void add_faults(const Change &change, std::vector<KeyFinding> &reasons) {
+void add_faults(const Change &change, std::vector<KeyFinding> &faults) {
   const Setting &setting = *change.setting;
-  const std::string value = setting.kind == Kind::secret ? stored_value(setting).value : change.value;
-  for (const std::string &fault : faults_of(setting, change.value, value)) reasons.push_back({0, setting.key, fault});
+  const bool is_secret = setting.kind == Kind::secret;
+  const std::string value = is_secret ? stored_value(setting).value : change.value;
+  const std::string typed = is_secret && change.is_stored ? text_of_field(setting) : change.value;
+  for (const std::string &fault : faults_of(setting, typed, value)) faults.push_back({change.line, setting.key, fault});
 }
 
-// --- into the file
+// Takes the changes into the records, which hold the configuration. refused, the faults told, or done.
+Outcome take_and_check(std::span<const Change> changes, std::vector<KeyFinding> &faults) {
+  take_changes(changes);
+  for (const Change &change : changes) add_faults(change, faults);
+  return faults.empty() ? Outcome::done : Outcome::refused;
+}
+
+bool needs_models(std::span<const Change> changes) {
+  return std::ranges::any_of(changes, [](const Change &change) { return change.setting->kind == Kind::model; });
+}
+
+// --- into the open profile
 
 // A file that begins with a topic has no place for settings: those that are set go after its last topic.
-bool has_place(ProfileHandle profile) {
+bool has_place() {
   ProfileText line;
-  while (XNextLineEx(profile, line)) {
+  while (XNextLine(line)) {
     if (is_topic(line.text)) return line.is_generated;
   }
   return true;
 }
 
-std::string value_in_file(ProfileHandle profile, const Setting &setting) {
-  char value[kValueBufferSize] = "";
-  XGetPrivateProfileStringEx(profile, kTmpTopic, setting.key, value, sizeof value);
-  return value;
+using Texts = std::vector<std::optional<std::string>>;
+
+// What the file holds of all settings.
+Texts texts_in_file() {
+  Texts texts;
+  for (const Setting *setting : all_settings()) texts.push_back(text_in_profile(*setting));
+  return texts;
 }
 
-// 1 when the value is found again, also an empty one, which removes the key.
-int set_value(ProfileHandle profile, const Setting &setting, const std::string &value) {
-  const char *key = setting.key;
-  const int set = XSetPrivateProfileStringNoTrimEx(profile, kTmpTopic, key, value.c_str(), "");
-  return (set || value.empty()) && is_same_value(setting, value_in_file(profile, setting), value);
+// A missing key has its default.
+bool is_so_already(const Setting &setting, const std::string &value) {
+  const std::optional<std::string> text = text_in_profile(setting);
+  return !text.has_value() && can_be_set(setting) && is_same_value(setting, value, default_of(setting));
+}
+
+// True when the value is found again, also an empty one, which removes the key.
+bool set_value(const Setting &setting, const std::string &value) {
+  if (is_so_already(setting, value)) return true;
+  const int set = XSetPrivateProfileStringNoTrim(kTmpTopic, setting.key, value.c_str(), "");
+  return (set || value.empty()) && is_same_value(setting, text_in_profile(setting).value_or(""), value);
 }
 
 // All that was given, and all that changed with it.
-void set_values(ProfileHandle profile, std::span<const Change> changes, std::span<const Stored> before,
-                std::vector<KeyFinding> &reasons) {
-  if (!has_place(profile)) return reasons.push_back({0, "", no_place_label[language]});
+void set_values(std::span<const Change> changes, std::span<const Stored> before, std::vector<KeyFinding> &faults) {
+  if (!has_place()) return faults.push_back({0, "", no_place_label[language]});
   for (size_t i = 0; i < before.size(); ++i) {
     const Setting &setting = *all_settings()[i];
     const Stored stored = stored_value(setting);
     const bool wanted = is_given(changes, setting) || follows_given(changes, setting) || stored != before[i];
-    if (wanted && stored.written && !set_value(profile, setting, stored.value)) {
-      reasons.push_back({0, setting.key, fault_notice(ProfileFault::too_long)});
+    if (wanted && stored.written && !set_value(setting, stored.value)) {
+      faults.push_back({0, setting.key, fault_notice(ProfileFault::too_long)});
     }
   }
 }
 
-Outcome write_changes(const char *file, std::span<const Change> changes, std::span<const Stored> before,
-                      std::vector<KeyFinding> &reasons) {
-  ProfileHandle profile = XOpenProfileEx(file, kWriteText);
-  if (profile == nullptr) return Outcome::file_unwritable;
-  set_values(profile, changes, before, reasons);
-  if (!reasons.empty()) {
-    XDiscardProfileEx(&profile);
-    return Outcome::refused;
+std::vector<Difference> differences_of(const Texts &before, const Texts &after) {
+  std::vector<Difference> differences;
+  for (size_t i = 0; i < after.size(); ++i) {
+    if (before[i] != after[i]) differences.push_back({all_settings()[i], before[i], after[i]});
   }
-  return XCloseProfileEx(&profile) ? Outcome::done : Outcome::file_unwritable;
+  return differences;
+}
+
+// An empty file gets its first line as it is opened: who only tries works on one that has it.
+int open_for(Deed deed, const char *file) {
+  struct stat state = {};
+  const bool is_empty = stat(file, &state) == 0 && state.st_size == 0;
+  return deed == Deed::try_only && is_empty ? XCreateProfile(file, ";\n") : XOpenProfile(file, kWriteText);
+}
+
+// Ends the work on the open profile as the deed wants it.
+ChangeResult finish(Deed deed, const Texts &before, std::vector<KeyFinding> faults) {
+  ChangeResult result = {Outcome::done, 0, {}, std::move(faults)};
+  if (!result.faults.empty()) result.outcome = Outcome::refused;
+  if (result.faults.empty()) result.differences = differences_of(before, texts_in_file());
+  if (!result.faults.empty() || deed == Deed::try_only) {
+    XDiscardProfile();
+  } else if (!XCloseProfile()) {
+    result = {Outcome::file_unwritable, errno};
+  }
+  return result;
 }
 
 }  // namespace
 
-Outcome change_configuration(const char *file, std::span<const Change> changes, std::vector<KeyFinding> &reasons) {
-  const bool has_model =
-      std::ranges::any_of(changes, [](const Change &change) { return change.setting->kind == Kind::model; });
-  if (has_model && !InitUpsTypeArray()) return Outcome::database_unreadable;
+ChangeResult change_configuration(const char *file, std::span<const Change> changes, Deed deed) {
+  if (needs_models(changes) && !InitUpsTypeArray()) return {Outcome::database_unreadable, errno};
   SaveLock lock;  // nobody may save between this reading and the writing
-  if (!lock_for_saving(file, lock)) return Outcome::file_unwritable;
-  if (!init_config_vals(file)) return Outcome::file_unreadable;
-  const std::vector<Stored> before = all_stored_values();
-  take_changes(changes);
-  for (const Change &change : changes) add_faults(change, reasons);
-  return reasons.empty() ? write_changes(file, changes, before, reasons) : Outcome::refused;
+  if (deed == Deed::write && !lock_for_saving(file, lock)) return {Outcome::file_unwritable, errno};
+  if (!init_config_vals(file)) return {Outcome::file_unreadable, errno};
+  const std::vector<Stored> stored = all_stored_values();
+  std::vector<KeyFinding> faults;
+  if (take_and_check(changes, faults) == Outcome::refused) return {Outcome::refused, 0, {}, faults};
+  if (!open_for(deed, file)) return {Outcome::file_unwritable, errno};
+  const Texts before = texts_in_file();
+  set_values(changes, stored, faults);
+  return finish(deed, before, faults);
+}
+
+ChangeResult create_configuration(const char *file, std::span<const Change> changes, Deed deed) {
+  if (needs_models(changes) && !InitUpsTypeArray()) return {Outcome::database_unreadable, errno};
+  if (does_file_exist(file, kAnyFile)) return {Outcome::file_unwritable, EEXIST};
+  create_new_cfg = 1;
+  init_new_config_vals();
+  std::vector<KeyFinding> faults;
+  if (take_and_check(changes, faults) == Outcome::refused) return {Outcome::refused, 0, {}, faults};
+  SaveLock lock;
+  if (deed == Deed::write && !lock_for_saving(file, lock)) return {Outcome::file_unwritable, errno};
+  if (!create_profile(file)) return {Outcome::file_unwritable, errno};
+  const Texts before(all_settings().size());
+  write_all_sections();
+  return finish(deed, before, faults);
 }

@@ -1,271 +1,220 @@
 // kavcfg: the settings of ups.cfg without a screen, for scripts.
 #include <getopt.h>
-#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <clocale>
-#include <cstdio>
 #include <cstring>
-#include <string>
-#include <vector>
 
-#include "setup/check/check.h"
-#include "setup/check/faults.h"
 #include "setup/configuration/configuration.h"
-#include "setup/jobs/event_table.h"
-#include "setup/jobs/job_language.h"
 #include "setup/settings/models.h"
-#include "tools/kavcfg/change.h"
+#include "tools/kavcfg/command.h"
 #include "tools/kavcfg/texts.h"
 #include "util/charset.h"
+#include "util/converter.h"
+#include "util/files.h"
 #include "util/text.h"
 
-namespace {
+Options options;
 
-constexpr int kGood = 0;
-constexpr int kFailed = 1;
-constexpr int kMisused = 2;
+constexpr size_t kNotConverted = static_cast<size_t>(-1);
 
-constexpr size_t kLongestPassword = 1024;  // of a line that is read; the keys take far less
+void print_line(FILE *stream, const std::string &text) { print_text(stream, (printable(text) + "\n").c_str()); }
 
-// --- output
-
-void print_line(FILE *stream, const std::string &text) { print_text(stream, (text + "\n").c_str()); }
-
-int complain(int status, const std::string &text) {
-  print_line(stderr, "kavcfg: " + printable(text));
-  return status;
-}
-int fail(const std::string &text) { return complain(kFailed, text); }
-int misuse(const std::string &text) { return complain(kMisused, text); }
-
-void print_usage(FILE *stream) {
-  std::string text = usage_label[language];
-  std::replace(text.begin(), text.end(), '|', '\n');
-  print_line(stream, text);
-}
-
-void print_finding(FILE *stream, std::string line, const KeyFinding &finding) {
+void print_finding(FILE *stream, const std::string &file, const KeyFinding &finding) {
+  std::string line = file;
   if (finding.line > 0) line += ":" + std::to_string(finding.line);
   if (!finding.key.empty()) line += ": " + finding.key;
-  print_line(stream, printable(line + ": " + finding.text));
+  print_line(stream, line + ": " + finding.text);
 }
 
-int tell_outcome(Outcome outcome, const char *file) {
+int complain(int status, const std::string &text) {
+  print_line(stderr, "kavcfg: " + text);
+  return status;
+}
+
+int misuse(const std::string &text) { return complain(kMisused, text); }
+
+int tell_outcome(Outcome outcome, int error, const char *file) {
   switch (outcome) {
     case Outcome::done:
       return kGood;
     case Outcome::file_unreadable:
-      return fail(filled(unreadable_label, {file}));
+      return complain(kFileFailed, filled(unreadable_label, {file, std::strerror(error)}));
     case Outcome::file_unwritable:
-      return fail(filled(unwritable_label, {file}));
+      return complain(kFileFailed, filled(unwritable_label, {file, std::strerror(error)}));
     case Outcome::database_unreadable:
-      return fail(filled(database_unreadable_label, {upstypname}));
+      return complain(kFileFailed, filled(database_unreadable_label, {upstypname, std::strerror(error)}));
     default:
-      return kFailed;
+      return kRefused;
   }
 }
 
-// --- get
-
-int get(const char *file, char *const *arguments) {
-  const Setting *setting = setting_of_key(arguments[0]);
-  std::vector<std::string> values;
-  if (setting == nullptr) return misuse(filled(no_such_key_label, {arguments[0]}));
-  if (setting->kind == Kind::secret) return fail(filled(password_hidden_label, {setting->key}));
-  if (!values_of_file(file, values)) return tell_outcome(Outcome::file_unreadable, file);
-  const auto place = std::ranges::find(all_settings(), setting) - all_settings().begin();
-  const std::string &value = values[static_cast<size_t>(place)];
-  if (value.empty() && !can_be_set(*setting)) return fail(filled(no_value_label, {setting->key}));
-  print_line(stdout, value);
-  return kGood;
-}
-
-// --- set
-
-// A terminal that does not show what is typed, until the end of the scope. Its keys send no signals, which would leave
-// it that way.
-struct Unseen {
-  termios before = {};
-  bool is_terminal = tcgetattr(STDIN_FILENO, &before) == 0;
-  Unseen() {
-    termios unseen = before;
-    unseen.c_lflag &= ~static_cast<tcflag_t>(ECHO | ISIG);
-    if (is_terminal) tcsetattr(STDIN_FILENO, TCSAFLUSH, &unseen);
-  }
-  Unseen(const Unseen &) = delete;
-  Unseen &operator=(const Unseen &) = delete;
-  ~Unseen() {
-    if (!is_terminal) return;
-    tcsetattr(STDIN_FILENO, TCSAFLUSH, &before);
-    std::fputs("\n", stderr);
-  }
-};
-
-// A line of standard input, cut when no password is as long; 0 when there is none.
-int read_password(const std::string &key, std::string &password) {
-  const Unseen unseen;
-  if (unseen.is_terminal) std::fprintf(stderr, "%s: ", key.c_str());
-  password.clear();
-  int c = 0;
-  while ((c = std::fgetc(stdin)) != EOF && c != '\n') {
-    if (password.size() < kLongestPassword) password += static_cast<char>(c);
-  }
-  return c != EOF || !password.empty();
-}
-
-// One argument of "set"; kGood, or a status after a complaint.
-int read_change(const std::string &argument, std::vector<Change> &changes) {
-  const size_t equals = argument.find('=');
-  const bool has_value = equals != std::string::npos;
-  const std::string key = argument.substr(0, equals);
+const Setting *known_setting(const std::string &key) {
   const Setting *setting = setting_of_key(key);
-  if (setting == nullptr) return misuse(filled(no_such_key_label, {key}));
-  if (!can_be_set(*setting)) return misuse(std::string(setting->key) + ": " + follower_label[language]);
-  if (std::ranges::find(changes, setting, &Change::setting) != changes.end()) {
-    return misuse(filled(given_twice_label, {setting->key}));
+  if (setting == nullptr) misuse(filled(no_such_key_label, {key}));
+  return setting;
+}
+
+std::string utf8_of(const std::string &text) {
+  for (const char *charset : {"UTF-8", "EUC-JP"}) {
+    const Converter converter("UTF-8", charset);
+    std::string input = text;
+    std::string output(2 * text.size() + 1, '\0');  // two bytes of EUC-JP become three
+    char *from = input.data();
+    char *to = output.data();
+    size_t left = input.size();
+    size_t room = output.size();
+    if (!converter.is_open() || iconv(converter.handle, &from, &left, &to, &room) == kNotConverted) continue;
+    output.resize(output.size() - room);
+    return output;
   }
-  if (has_value == (setting->kind == Kind::secret)) {
-    return misuse(filled(has_value ? password_given_label : value_missing_label, {setting->key}));
-  }
-  std::string value;
-  if (has_value && !text_from_terminal(argument.substr(equals + 1), value)) {
-    return fail(filled(not_convertible_label, {setting->key}));
-  }
-  changes.push_back({setting, value});
-  return kGood;
+  std::string ascii = text;
+  std::replace_if(
+      ascii.begin(), ascii.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; }, '?');
+  return ascii;
 }
 
-int read_passwords(std::vector<Change> &changes) {
-  for (Change &change : changes) {
-    if (change.setting->kind != Kind::secret) continue;
-    if (!read_password(change.setting->key, change.value)) {
-      return fail(filled(password_missing_label, {change.setting->key}));
-    }
-  }
-  return kGood;
-}
-
-int set(const char *file, char *const *arguments) {
-  std::vector<Change> changes;
-  int status = kGood;
-  for (; *arguments != nullptr && status == kGood; ++arguments) status = read_change(*arguments, changes);
-  if (status == kGood) status = read_passwords(changes);
-  if (status != kGood) return status;
-  std::vector<KeyFinding> reasons;
-  const Outcome outcome = change_configuration(file, changes, reasons);
-  for (const KeyFinding &reason : reasons) print_finding(stderr, "kavcfg", reason);
-  return tell_outcome(outcome, file);
-}
-
-// --- check, events, diff
-
-int check(const char *file, char *const *) {
-  std::vector<KeyFinding> findings;
-  const Outcome outcome = check_configuration(file, findings);
-  for (const KeyFinding &finding : findings) print_finding(stdout, file, finding);
-  return findings.empty() ? tell_outcome(outcome, file) : kFailed;
-}
-
-void print_event(int event) {
-  print_line(stdout, std::string(event_key(event)) + ": " + eventlist[event].name[language]);
-  tail_shutdown_function(event);
-  const int jobs = parse_joblist("", event);
-  for (int job = 0; job < jobs; ++job) {
-    char line[kJobLineLength + 1];
-    job_line(*ActEvent[job], line);
-    print_line(stdout, "  " + printable(line));
-  }
-}
-
-int events(const char *file, char *const *) {
-  if (!init_config_vals(file)) return tell_outcome(Outcome::file_unreadable, file);
-  for (int event = 0; event < DbEventListCnt; ++event) print_event(event);
-  free_act_event();
-  return kGood;
-}
-
-int diff(const char *file, char *const *arguments) {
-  std::vector<std::string> now;
-  std::vector<std::string> before = default_values();
-  if (!values_of_file(file, now)) return tell_outcome(Outcome::file_unreadable, file);
-  const char *old_file = arguments[0];
-  if (old_file != nullptr && !values_of_file(old_file, before)) return tell_outcome(Outcome::file_unreadable, old_file);
-  int status = kGood;
-  for (size_t i = 0; i < now.size(); ++i) {
-    const Setting &setting = *all_settings()[i];
-    if (!can_be_set(setting) || is_same_value(setting, before[i], now[i])) continue;
-    const bool hidden = setting.kind == Kind::secret;
-    print_line(stdout, std::string("-") + setting.key + "=" + printable(hidden ? hidden_label[language] : before[i]));
-    print_line(stdout, std::string("+") + setting.key + "=" + printable(hidden ? hidden_label[language] : now[i]));
-    status = kFailed;
-  }
-  return status;
-}
-
-// --- the command line
+namespace {
 
 struct Command {
   const char *name;
-  int fewest;  // arguments
-  int most;    // -1: any number
-  int (*run)(const char *file, char *const *arguments);
+  int fewest;           // arguments
+  int most;             // -1: any number
+  bool may_read_input;  // "-" as the configuration
+  int (*run)(const Arguments &arguments);
 };
 
 constexpr Command kCommands[] = {
     // clang-format off
-  { "get",    1,  1, get },
-  { "set",    1, -1, set },
-  { "check",  0,  0, check },
-  { "events", 0,  0, events },
-  { "diff",   0,  1, diff },
+  // name        fewest most  input  procedure
+  { "get",         1,   -1,   true,  get      },
+  { "list",        0,    0,   true,  list     },
+  { "check",       0,    0,   true,  check    },
+  { "events",      0,    0,   true,  events   },
+  { "diff",        0,    1,   true,  diff     },
+  { "explain",     1,    1,   true,  explain  },
+  { "schema",      0,    0,   false, schema   },
+  { "set",         1,   -1,   false, set      },
+  { "apply",       1,    1,   false, apply    },
+  { "unset",       1,   -1,   false, unset    },
+  { "new",         0,   -1,   false, make_new },
 };  // clang-format on
 
-constexpr option kOptions[] = {
-    {"japanese", no_argument, nullptr, 'j'},
-    {"help", no_argument, nullptr, 'h'},
-    {nullptr, 0, nullptr, 0},
+enum LongOption { kJapanese = 256, kHelp, kVersion, kJson, kDryRun, kDiff, kKeys };
+constexpr option kLongOptions[] = {
+    // clang-format off
+    {"japanese", no_argument, nullptr, kJapanese},
+    {"help",     no_argument, nullptr, kHelp},
+    {"version",  no_argument, nullptr, kVersion},
+    {"json",     no_argument, nullptr, kJson},
+    {"dry-run",  no_argument, nullptr, kDryRun},
+    {"diff",     no_argument, nullptr, kDiff},
+    {"keys",     no_argument, nullptr, kKeys},
+    {nullptr,    0,           nullptr, 0},
+    // clang-format on
 };
+
+bool database_was_given = false;
 
 // The printed text must have arrived.
 int finish(int status) {
+  errno = 0;
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
-  return fail(filled(unwritable_label, {"standard output"}));
+  return complain(kFileFailed, filled(unwritable_label, {"standard output", std::strerror(errno)}));
 }
 
-int run_command(const char *file, int count, char *const *arguments) {
-  for (const Command &command : kCommands) {
-    if (count < 1 || std::strcmp(arguments[0], command.name) != 0) continue;
-    if (count - 1 < command.fewest || (command.most >= 0 && count - 1 > command.most)) break;
-    init_all_tabs();
-    return finish(command.run(file, arguments + 1));
+int print_usage() {
+  std::string text = usage_label[language];
+  std::replace(text.begin(), text.end(), '|', '\n');
+  print_text(stdout, (text + "\n").c_str());
+  return finish(kGood);
+}
+
+int print_version() {
+  std::puts("kavcfg " KAV_VERSION);
+  return finish(kGood);
+}
+
+// Beside the configuration, when there is one; else in the working directory.
+void find_database() {
+  const std::string file = options.file;
+  const size_t slash = file.rfind('/');
+  if (database_was_given || slash == std::string::npos) return;
+  const std::string beside = file.substr(0, slash + 1) + upstypname;
+  if (beside.size() < sizeof upstypname && AFileExists(beside.c_str())) cpynstr(upstypname, beside);
+}
+
+int run_command(const Command &command, const Arguments &arguments) {
+  const int count = static_cast<int>(arguments.size());
+  if (count < command.fewest) return misuse(filled(too_few_label, {command.name}));
+  if (command.most >= 0 && count > command.most) {
+    return misuse(filled(too_many_label, {command.name, arguments[static_cast<size_t>(command.most)]}));
   }
-  print_usage(stderr);
-  return kMisused;
+  if (std::strcmp(options.file, "-") == 0) {
+    if (!command.may_read_input) return misuse(filled(no_input_label, {command.name}));
+    options.file = "/dev/stdin";
+  }
+  find_database();
+  init_all_tabs();
+  return finish(command.run(arguments));
+}
+
+int run(const Arguments &words) {
+  if (words.empty()) return misuse(no_command_label[language]);
+  const auto named = [&](const Command &command) { return words[0] == command.name; };
+  const auto command = std::ranges::find_if(kCommands, named);
+  if (command == std::end(kCommands)) return misuse(filled(no_such_command_label, {words[0]}));
+  return run_command(*command, Arguments(words.begin() + 1, words.end()));
+}
+
+// One option; kGood to go on.
+int take_option(int letter, const char *word) {
+  switch (letter) {
+    case 'f':
+      options.file = optarg;
+      return kGood;
+    case 'u':
+      cpynstr(upstypname, optarg);
+      database_was_given = true;
+      return kGood;
+    case 'C':
+      if (chdir(optarg) == 0) return kGood;
+      return complain(kFileFailed, filled(unreadable_label, {optarg, std::strerror(errno)}));
+    case kJapanese:
+      language = 1;
+      return kGood;
+    case kJson:
+      options.json = true;
+      return kGood;
+    case kDryRun:
+      options.dry_run = true;
+      return kGood;
+    case kDiff:
+      options.diff = true;
+      return kGood;
+    case kKeys:
+      options.keys = true;
+      return kGood;
+    default:
+      return misuse(filled(no_such_option_label, {word}));
+  }
 }
 
 }  // namespace
 
 int main(int argc, char **argv) {
-  std::setlocale(LC_ALL, "");
-  std::setlocale(LC_NUMERIC, "C");  // the file has decimal points
-  const char *file = kConfigurationFile;
-  bool help = false;
-  bool misused = false;
+  std::setlocale(LC_CTYPE, "");
+  options.file = kConfigurationFile;
   opterr = 0;
-  for (int option = 0; (option = getopt_long(argc, argv, "+f:u:", kOptions, nullptr)) != -1;) {
-    if (option == 'f') {
-      file = optarg;
-    } else if (option == 'u') {
-      cpynstr(upstypname, optarg);
-    } else if (option == 'j') {
-      language = 1;
-    } else {
-      (option == 'h' ? help : misused) = true;
-    }
+  for (int letter = 0;;) {
+    const char *word = argv[optind];
+    letter = getopt_long(argc, argv, "f:u:C:", kLongOptions, nullptr);
+    if (letter == -1) break;
+    if (letter == kHelp) return print_usage();
+    if (letter == kVersion) return print_version();
+    if (const int status = take_option(letter, word); status != kGood) return status;
   }
-  if (!misused && !help) return run_command(file, argc - optind, argv + optind);
-  print_usage(misused ? stderr : stdout);
-  return finish(misused ? kMisused : kGood);
+  return run(Arguments(argv + optind, argv + argc));
 }

@@ -1,38 +1,69 @@
 #include "tools/kavcfg/texts.h"
 
 Label usage_label = {
-    "usage: kavcfg [-f FILE] [-u DATABASE] [--japanese] COMMAND"
-    "|  get KEY             print the value of a key"
-    "|  set KEY=VALUE ...   change values: all of them or, when one is refused, none"
-    "|  set KEY ...         the same for a password, a line of standard input for each"
-    "|  check               test all values: FILE:LINE: KEY: FAULT"
-    "|  events              print the jobs of each event"
-    "|  diff [OLD]          what differs from the file OLD, or from the defaults"
+    "usage: kavcfg [OPTION]... COMMAND [ARGUMENT]..."
+    "|  get KEY...           print values"
+    "|  list                 print KEY=VALUE for every setting but passwords (--keys: the keys alone)"
+    "|  set KEY=VALUE...     change values: all of them or, when one is refused, none"
+    "|  set KEY...           the same for passwords, a line of standard input for each"
+    "|  apply FILE           change what FILE says, KEY=VALUE lines or a JSON object (-: standard input)"
+    "|  unset KEY...         back to the defaults"
+    "|  new [KEY=VALUE...]   a new configuration with the defaults"
+    "|  check                test all values: FILE:LINE: KEY: FAULT"
+    "|  events               print the jobs of each event"
+    "|  diff [OLD]           what differs from the file OLD, or from the defaults"
+    "|  explain KEY          what is known of a setting"
+    "|  schema               JSON Schema of what apply takes"
     "|A new UpsModel brings its line settings, its ratings and the default jobs of all"
     "|events along, but for what is given beside it."
-    "|-f FILE      the configuration (ups.cfg)"
-    "|-u DATABASE  the UPS models (upstyp.ups)"
+    "|-f FILE      the configuration (ups.cfg; -: standard input, of commands that only read)"
+    "|-C DIR       work in that directory"
+    "|-u DATABASE  the UPS models (upstyp.ups, beside the configuration first)"
+    "|--dry-run    set, apply, unset, new: write nothing"
+    "|--diff       set, apply, unset, new: print what changes"
+    "|--json       set, apply, unset, new, explain: one JSON object"
     "|--japanese   texts and default jobs in Japanese"
-    "|Exit status: 0 all is well, 1 a value was refused, differs or is at fault, or a"
-    "|file can't be read or written, 2 wrong usage.",
-    "使用法: kavcfg [-f FILE] [-u DATABASE] [--japanese] COMMAND"
-    "|  get KEY             キーの値を表示"
-    "|  set KEY=VALUE ...   値を変更 (1 個でも拒否されると、どれも変更しない)"
-    "|  set KEY ...         パスワードを変更 (標準入力から 1 行ずつ読み込む)"
-    "|  check               すべての値を検査 (FILE:LINE: KEY: FAULT)"
-    "|  events              各イベントのジョブを表示"
-    "|  diff [OLD]          ファイル OLD または既定値との違いを表示"
+    "|--help, --version"
+    "|Exit status: 0 all is well, 1 a value was refused, differs or is at fault, 2 wrong usage,"
+    "|3 a file can't be read or written.",
+    "使用法: kavcfg [OPTION]... COMMAND [ARGUMENT]..."
+    "|  get KEY...           値を表示"
+    "|  list                 パスワード以外のすべての設定を KEY=VALUE で表示 (--keys: キーだけ)"
+    "|  set KEY=VALUE...     値を変更 (1 個でも拒否されると、どれも変更しない)"
+    "|  set KEY...           パスワードを変更 (標準入力から 1 行ずつ読み込む)"
+    "|  apply FILE           FILE の KEY=VALUE 行または JSON オブジェクトのとおりに変更 (-: 標準入力)"
+    "|  unset KEY...         既定値に戻す"
+    "|  new [KEY=VALUE...]   既定値で新しい設定ファイルを作成"
+    "|  check                すべての値を検査 (FILE:LINE: KEY: FAULT)"
+    "|  events               各イベントのジョブを表示"
+    "|  diff [OLD]           ファイル OLD または既定値との違いを表示"
+    "|  explain KEY          設定の説明を表示"
+    "|  schema               apply が受け付けるものの JSON Schema"
     "|UpsModel を変更すると、通信条件、定格、全イベントの既定ジョブも"
     "|変わります。同時に指定した値はそのまま使います。"
-    "|-f FILE      設定ファイル (ups.cfg)"
-    "|-u DATABASE  UPS データベース (upstyp.ups)"
+    "|-f FILE      設定ファイル (ups.cfg、-: 標準入力、読むだけのコマンド)"
+    "|-C DIR       そのディレクトリで実行"
+    "|-u DATABASE  UPS データベース (upstyp.ups、まず設定ファイルと同じ場所)"
+    "|--dry-run    set、apply、unset、new: 書き込まない"
+    "|--diff       set、apply、unset、new: 変更を表示"
+    "|--json       set、apply、unset、new、explain: JSON オブジェクトを表示"
     "|--japanese   日本語の表示と既定ジョブ"
-    "|終了コード: 0 正常、1 値の拒否、違い、誤り、またはファイルの読み書きの失敗、"
-    "|2 使用法の誤り"};
+    "|--help、--version"
+    "|終了コード: 0 正常、1 値の拒否、違い、誤り、2 使用法の誤り、"
+    "|3 ファイルの読み書きの失敗。"};
 
-Label unreadable_label = {"can't read %s", "%s を読み込めません。"};
-Label unwritable_label = {"can't write %s", "%s に書き込めません。"};
-Label database_unreadable_label = {"can't read the database %s", "データベース %s を読み込めません。"};
+Label no_command_label = {"a command is needed, --help lists them", "コマンドを指定してください (--help で一覧)。"};
+Label no_such_command_label = {"unknown command '%s', --help lists them",
+                               "コマンド '%s' はありません (--help で一覧)。"};
+Label no_such_option_label = {"unknown option '%s', or its value is missing",
+                              "オプション '%s' がないか、値がありません。"};
+Label too_few_label = {"'%s' needs an argument", "'%s' には引数が必要です。"};
+Label too_many_label = {"'%s' does not take '%s'", "'%s' に '%s' は指定できません。"};
+Label no_input_label = {"'%s' needs a file, not standard input", "'%s' には標準入力でなくファイルが必要です。"};
+
+Label unreadable_label = {"can't read %s: %s", "%s を読み込めません: %s"};
+Label unwritable_label = {"can't write %s: %s", "%s に書き込めません: %s"};
+Label database_unreadable_label = {"can't read the database %s: %s", "データベース %s を読み込めません: %s"};
 Label no_such_key_label = {"%s: no such key", "%s: このキーはありません。"};
 Label given_twice_label = {"%s: given twice", "%s: 2 回指定されています。"};
 Label value_missing_label = {"%s: a value is needed, KEY=VALUE", "%s: KEY=VALUE の形で値を指定してください。"};
@@ -44,3 +75,6 @@ Label not_convertible_label = {"%s: a character can not be stored", "%s: 保存�
 Label no_value_label = {"%s: not set, and there is no default", "%s: 設定も既定値もありません。"};
 Label hidden_label = {"(hidden)", "(非表示)"};
 Label follower_label = {"follows from other keys, it can't be set", "ほかのキーに従うため、設定できません。"};
+Label not_json_label = {"this is no JSON", "JSON ではありません。"};
+Label not_simple_label = {"%s: a text, a number, true, false or null is needed",
+                          "%s: 文字列、数値、true、false、null のどれかが必要です。"};

@@ -5,11 +5,19 @@
 
 extern Label usage_label;  // "|" between the lines
 
+// Of the command line
+extern Label no_command_label;
+extern Label no_such_command_label, no_such_option_label;  // %s word
+extern Label too_few_label, no_input_label;                // %s command
+extern Label too_many_label;                               // %s command, %s first argument too many
+
 // Of files and keys
-extern Label unreadable_label, unwritable_label, database_unreadable_label;  // %s file
+extern Label unreadable_label, unwritable_label, database_unreadable_label;  // %s file, %s reason
 extern Label no_such_key_label, given_twice_label, value_missing_label;      // %s argument, cut at the first "="
 extern Label password_given_label, password_missing_label, password_hidden_label;
 extern Label not_convertible_label;
-extern Label no_value_label;  // a key that is not in the file and has no default
-extern Label hidden_label;    // in the place of a password
-extern Label follower_label;  // follows from other keys
+extern Label no_value_label;    // a key that is not in the file and has no default
+extern Label hidden_label;      // in the place of a password
+extern Label follower_label;    // follows from other keys
+extern Label not_json_label;    // of a text to apply
+extern Label not_simple_label;  // %s key
