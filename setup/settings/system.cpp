@@ -25,5 +25,6 @@ bool may_shut_down() { return std::strncmp(CustomRec.shutdown_allowed, "yes", 3)
 std::string mirrored(const std::string &text) {
   std::string turned = text;
   mirror_bytes(turned.data());
-  return turned.c_str();  // a byte that became the terminator ends it
+  turned.resize(std::strlen(turned.data()));  // a byte that became the terminator ends it
+  return turned;
 }

@@ -178,7 +178,7 @@ int explain(const Arguments &arguments) {
   }
   for (const auto &[name, value] : description.items()) {
     const Json &text = value.is_object() ? value[language == 0 ? "en" : "ja"] : value;
-    if (text.is_null() || text == "") continue;
+    if (text.is_null() || (text.is_string() && text.get_ref<const std::string &>().empty())) continue;
     std::puts((name + ": " + (text.is_string() ? text.get<std::string>() : text.dump())).c_str());
   }
   return kGood;
