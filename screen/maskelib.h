@@ -20,8 +20,8 @@ int show_field(WINDOW *win, const void *rec, const FieldDescriptor *tab, int i, 
 void show_rec(WINDOW *win, const void *rec, const FieldDescriptor *tab, int32_t attr);
 // Edits field i; the key that ended it: 13 (every Enter key), 27, 9, '?', the cursor keys, Home, End, F10. A skip field
 // reads no key: Up when the field edited last lies after it, else Down. 27 at once when there is no such field. A
-// number that was not typed into keeps its value, also when not all of its digits are shown. While it is typed, the text
-// goes into the record too when somebody watches.
+// number that was not typed into keeps its value, also when not all of its digits are shown. While it is typed, the
+// text goes into the record too when somebody watches.
 struct FieldWatch {
   void (*changed)(const void *context, WINDOW *win) = nullptr;  // called after each change of the text
   const void *context = nullptr;

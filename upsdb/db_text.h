@@ -28,8 +28,8 @@ std::vector<std::string_view> lines_of(std::string_view text);
 // "\n" get one, so a file of another maker is readable too.
 [[nodiscard]] int decode_text(std::string_view coded, std::string &text);
 
-// What a file can be taken for: a text begins with a section, or has one and no control bytes; all else is a coded file,
-// if it can be decoded.
+// What a file can be taken for: a text begins with a section, or has one and no control bytes; all else is a coded
+// file, if it can be decoded.
 enum class DbForm { text, coded, empty, damaged };
 // Takes the text out of a file of either form; `text` is untouched when it is neither.
 [[nodiscard]] DbForm text_of_file(std::string_view content, std::string &text);

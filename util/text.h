@@ -73,7 +73,8 @@ char *UCTstrip_trailing_char(char *s, char c);
 enum Alignment : int { kLeft = 1, kRight = 2, kCentred = 3 };
 
 // Pads `s` in place to `width` (the buffer holds width + 1 bytes, and the text is taken up to 255 characters); `mode`
-// is its alignment: kCentred puts the smaller half in front, any other value aligns left. A text longer than `width` is cut when it is centred only.
+// is its alignment: kCentred puts the smaller half in front, any other value aligns left. A text longer than `width` is
+// cut when it is centred only.
 char *strpad(char *s, int width, char pad, int mode);
 // The same with every text cut to `length`. The buffer holds length + 1 bytes when `terminate` is set, else `length`:
 // no terminator is written then.
