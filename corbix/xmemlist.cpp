@@ -125,7 +125,12 @@ void XMLExit(XMEMLIST *list) {
 
 void XMLRemoveAll(XMEMLIST *list) {
   XMLAssertValid();
-  while (list->head != nullptr) freeNode(list, list->head);
+  for (XMLNode *node = list->head; node != nullptr;) {
+    XMLNode *next = node->next;
+    give_room_back(node, sizeof(XMLNode) + list->cbData);
+    node = next;
+  }
+  XMLInit(list, list->cbData);
 }
 
 XMLPosition XMLAddTail(XMEMLIST *list, const void *data) { return XMLInsertAfter(list, nullptr, data); }

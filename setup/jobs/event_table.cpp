@@ -71,10 +71,10 @@ int fill_event_strings(const char * /*ups_type*/) {
 }
 
 int load_event_strings() {
+  for (const Setting &setting : kJobLists) note_text_in_file(setting);
   CStrArr lists = {};
   CStrArr_Init(&lists);
   for (const Setting &setting : kJobLists) {
-    note_text_in_file(setting);
     const std::string *text = text_in_file(setting);
     if (CStrArr_Add(&lists, text == nullptr ? "" : text->c_str())) continue;
     CStrArr_Empty(&lists);
