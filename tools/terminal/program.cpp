@@ -15,6 +15,7 @@ namespace {
 
 std::vector<char *> pointers(std::vector<std::string> &texts) {
   std::vector<char *> result;
+  result.reserve(texts.size() + 1);
   for (std::string &text : texts) result.push_back(text.data());
   result.push_back(nullptr);
   return result;
@@ -25,7 +26,7 @@ std::vector<std::string> environment(const TerminalState &t, const Start &how) {
   const char *path = std::getenv("PATH");
   const std::string log = "log_path=" + t.root + "/reports/report:exitcode=99";
   std::vector<std::string> all = {"TERM=xterm-256color",
-                                  "TERMINFO=" KAVSETUP_TERMINFO,
+                                  std::string("TERMINFO=") + KAVSETUP_TERMINFO,
                                   "LC_ALL=C.UTF-8",
                                   "HOME=" + t.directory,
                                   std::string("PATH=") + (path != nullptr ? path : "/usr/bin:/bin"),
