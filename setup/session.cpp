@@ -44,7 +44,7 @@ void show_file_missing(WINDOW *win, const char *file) {
   wait_for_key(win);
 }
 
-std::string standing;  // the first that is wrong with the file, or what an earlier session left; written at the start
+std::string standing;  // what is wrong with the files, or what an earlier session left; written at the start
 
 // What can be known before of a save that would fail goes before what is wrong with the file.
 std::string tell_standing() {
@@ -68,6 +68,7 @@ void find_standing(const char *file) {
   const std::string copy = interrupted_copy(file);
   standing = does_file_exist(unsaved.c_str(), 1) ? filled(unsaved_label, {unsaved})
              : !copy.empty()                     ? filled(copy_label, {copy})
+             : get_max_ups_list(UpsTypeArr) == 0 ? filled(no_models_label, {upstypname})
                                                  : first_finding(file);
   standing_notice = tell_standing;
 }

@@ -24,6 +24,8 @@ Label session_entries[8] = {
 
 Label database_error_label = {"UPS-Database error: '%s'|check existence of file!",
                               "UPS データベースのエラー: '%s'|ファイルがあるか確認してください。"};
+Label no_models_label = {"%s holds no UPS model: it is empty, or not whole",
+                         "%s に UPS 機種がありません。空か、壊れています。"};
 Label file_missing_label = {"%s doesn't exist(press key) !", "%s がありません。(キーを押す)"};
 Label file_exists_label = {"Filename '%s'|allready exists !", "ファイル '%s' は|既に存在します。"};
 Label file_open_label = {"Can't open file:|'%s'", "ファイルを開けません。|'%s'"};

@@ -12,6 +12,7 @@ extern Label session_title;
 extern Label session_entries[8];  // in menu order; the sixth is a spacer
 
 extern Label database_error_label;  // %s database
+extern Label no_models_label;       // %s database
 extern Label file_missing_label;    // %s file
 extern Label file_exists_label;     // %s file
 extern Label file_open_label;       // %s file

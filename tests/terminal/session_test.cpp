@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "tests/run.h"
 #include "tests/terminal/session.h"
 
 namespace {
@@ -216,10 +217,82 @@ TEST(Terminal, IsGivenBackHoweverTheProgramEnds) {
   }
 }
 
+// A shell command that ends in `exec "$0"`, in a mount namespace of its own.
+Start in_namespace(const std::string &command) {
+  return {.options = {"--mount", "/bin/sh", "-c", command + " && exec \"$0\"", KAVSETUP_PROGRAM},
+          .files = {{"ups.cfg", "UpsModel=K-TRN010VQ-100\nUpsLocation=Hall\n"}},
+          .program = "/usr/bin/unshare"};
+}
+
+TEST(FailedSave, IsToldAndLeavesTheFile) {
+  struct Row {
+    const char *cause, *reason;
+    bool is_known_before;
+  };
+  constexpr Row kRows[] = {
+      // clang-format off
+      {"mount --bind ups.cfg ups.cfg && mount -o remount,bind,ro ups.cfg",         "Read-only file system",        true},
+      {"mount --bind . . && cd \"$PWD\" && mount -o remount,bind,ro .",            "Read-only file system",        true},
+      {"mount -t tmpfs -o size=4k none /mnt && cp ups.cfg upstyp.ups /mnt; cd /mnt", "No space left on device",      false},
+      {"ulimit -f 0",                                                              "File too large",               false},
+      {"chattr +i ups.cfg",                                                        "Operation not permitted",      true},
+      {"exec 9>.ups.cfg.lock && flock 9",                                          "another program is saving it", true},
+      // clang-format on
+  };
+  for (const Row &row : kRows) {
+    Terminal t;
+    t.start(in_namespace(row.cause));
+    if (t.has_ended() && getuid() != 0) GTEST_SKIP();
+    if (t.has_ended() && std::string(row.cause).starts_with("chattr")) continue;  // no such flag on this file system
+    choose(t, kUps);
+    const std::string reason = row.reason;
+    EXPECT_EQ(t.find("ups.cfg can not be saved: " + reason).row, row.is_known_before ? 19 : -1) << t.dump();
+    t.type("Attic");
+    t.press({Escape});
+    const int bells = t.bells();
+    choose(t, kSave);
+    t.see("Save Configuration & Exit");
+    t.settle();
+    EXPECT_EQ(t.bells(), bells + 1);
+    EXPECT_EQ(setting(t, "UpsLocation"), "Hall");
+    EXPECT_EQ(get_file("/proc/" + std::to_string(t.process()) + "/cwd/ups.cfg"), t.file("ups.cfg"));
+    t.press({Escape});
+    EXPECT_EQ(t.wait_exit(), 1);
+    EXPECT_NE(t.written().find("kavsetup: ups.cfg: not saved: " + reason), std::string::npos) << t.dump();
+    run_shell("chattr -i " + t.path("ups.cfg"));
+  }
+}
+
+TEST(Masks, NameADatabaseWithoutModels) {
+  for (const bool is_empty : {true, false}) {
+    Terminal t;
+    const std::string whole = t.file("upstyp.ups");
+    t.start({.files = {{"upstyp.ups", is_empty ? "" : whole.substr(0, 40)}, {"ups.cfg", "UpsPower=500\n"}}});
+    choose(t, kUps);
+    t.see("upstyp.ups holds no UPS model: it is empty, or not whole");
+    t.press({Up, Up, Up, Up, Enter});
+  }
+}
+
+enum class End { terminate, hang_up_signal, hang_up, escape, interrupt };
+
+void end_session(Terminal &t, End end) {
+  if (end == End::hang_up) t.hang_up();
+  if (end == End::escape) t.press({Escape, Escape});
+  if (end == End::terminate || end == End::interrupt) t.send_signal(end == End::terminate ? SIGTERM : SIGINT);
+  if (end == End::hang_up_signal) t.send_signal(SIGHUP);
+  t.wait_exit();
+}
+
+// What the session could not save, without the mark of the first line.
+std::string unsaved(const Terminal &t) {
+  const std::string kept = t.file("ups.cfg.unsaved");
+  return kept.substr(std::min(kept.size(), kept.find('\n') + 1));
+}
+
+constexpr char kBefore[] = "UpsModel=K-TRN010VQ-100\nUpsLocation=Hall\nPASSWORD=SWNL\n";
+
 TEST(Unsaved, OutlivesALineThatDropsAndNothingElse) {
-  constexpr char kBefore[] = "UpsModel=K-TRN010VQ-100\nUpsLocation=Hall\nPASSWORD=SWNL\n";
-  constexpr char kKept[] = "UpsLocation=Attic\nPASSWORD=SMNI\n";
-  enum class End { terminate, hang_up_signal, hang_up, escape, interrupt };
   for (const End end : {End::terminate, End::hang_up_signal, End::hang_up, End::escape, End::interrupt}) {
     Terminal t;
     t.start({.files = {{"ups.cfg", kBefore}}});
@@ -230,14 +303,9 @@ TEST(Unsaved, OutlivesALineThatDropsAndNothingElse) {
     t.type("MSRW");
     t.press({Down});
     const bool keeps = end != End::escape && end != End::interrupt;
-    if (end == End::hang_up) t.hang_up();
-    if (end == End::escape) t.press({Escape, Escape});
-    if (end == End::terminate || end == End::interrupt) t.send_signal(end == End::terminate ? SIGTERM : SIGINT);
-    if (end == End::hang_up_signal) t.send_signal(SIGHUP);
-    t.wait_exit();
+    end_session(t, end);
     EXPECT_EQ(t.file("ups.cfg"), kBefore);
-    const std::string kept = t.file("ups.cfg.unsaved");
-    EXPECT_EQ(kept.substr(std::min(kept.size(), kept.find('\n') + 1)), keeps ? kKept : "") << static_cast<int>(end);
+    EXPECT_EQ(unsaved(t), keeps ? "UpsLocation=Attic\nPASSWORD=SMNI\n" : "") << static_cast<int>(end);
     if (!keeps) continue;
     EXPECT_EQ(std::filesystem::status(t.path("ups.cfg.unsaved")).permissions(), std::filesystem::perms{0600});
     t.start();
@@ -246,6 +314,44 @@ TEST(Unsaved, OutlivesALineThatDropsAndNothingElse) {
     t.press({Escape});
     save_and_exit(t);
     EXPECT_EQ(t.file("ups.cfg.unsaved"), "");
+  }
+}
+
+TEST(Unsaved, IsWrittenFromEveryScreen) {
+  struct Row {
+    int entry;
+    std::vector<Key> keys;
+    const char *shown;
+  };
+  const Row kRows[] = {
+      // clang-format off
+      {kLeave,  {},                                               "Save Configuration & Exit"},
+      {kUps,    {},                                               "UPS modelname"},
+      {kUps,    {Tab, Tab, Tab, Tab, Tab, Tab, Enter},            "Select UPS modelname"},
+      {kUps,    {ShiftQuestion},                                  "Standard settings help"},
+      {kUps,    {Down, Down, Space, Space, Space, Down},          "Value must be in range:"},
+      {kSystem, {Down, Down, Enter},                              " enable shutdown "},
+      {kPaths,  {},                                               "Path for textfile:"},
+      {kEvents, {},                                               "Eventlist"},
+      {kEvents, {Enter},                                          "Add Job to List"},
+      {kEvents, {Enter, Down, Down, Enter},                       "Send a Shutdown UPS"},
+      {kEvents, {Enter, Enter},                                   "power"},
+      {kMail,   {},                                               "Subject"},
+      // clang-format on
+  };
+  for (const Row &row : kRows) {
+    for (const End end : {End::terminate, End::hang_up_signal, End::hang_up}) {
+      Terminal t;
+      t.start({.files = {{"ups.cfg", std::string(kBefore) + "Event0=LOGMSG(\"power\")O;\n"}}});
+      choose(t, kUps);
+      t.type("Attic");
+      t.press({Escape});
+      if (row.entry != kLeave) choose(t, row.entry);
+      t.press(row.keys);
+      t.see(row.shown);
+      end_session(t, end);
+      EXPECT_EQ(unsaved(t), "UpsLocation=Attic\n") << row.shown << static_cast<int>(end);
+    }
   }
 }
 
