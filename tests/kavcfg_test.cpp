@@ -37,20 +37,21 @@ class Kavcfg : public testing::Test {
 TEST_F(Kavcfg, RefusesWithAReasonAndChangesNothing) {
   const std::pair<const char *, const char *> cases[] = {
       {"checkrate=601", "CheckRate: is not from 1 to 600"},
-      {"CheckRate=5s", "CheckRate: its byte 2 is not accepted"},
-      {"UpsDownDelay=90", "UpsDownDelay: would become '60'"},
+      {"CheckRate=5s", "CheckRate: 's' is not accepted, it takes only 0-9 . blanks"},
+      {"UpsDownDelay=90", "UpsDownDelay: is not in the usual form, write '60'"},
       {"TempCaution=60.1", "TempCaution: is not from 40 to 60"},
-      {"UpsID=x", "UpsID: would become '0'"},
+      {"UpsID=x", "UpsID: is not in the usual form, write '0'"},
       {"UseMailSign=YES", "UseMailSign: is neither yes nor no"},
       {"UpsModel=Unknown", "UpsModel: no UPS model is chosen"},
+      {"UpsModel=TRN010VQ-100", "UpsModel: is not in the database " KAVCFG_DATABASE ", did you mean K-TRN010VQ-100?"},
       {"UpsCable=42", "UpsCable: is the code of no cable"},
-      {"UpsLocation='a|b'", "UpsLocation: its byte 2 is not accepted"},
+      {"UpsLocation='a|b'", "UpsLocation: '|' is not accepted, it takes all but \\ |"},
       {"UpsLocation=123456789012345678", "UpsLocation: is longer than 17 bytes"},
       {"UpsLocation='a [b'", "UpsLocation: This value can not be read back: '['"},
       {"MailSubject=' '", "MailSubject: This value can not be read back: blanks"},
       {"SmtpUser=me", "SmtpUser: is kept only with MailEnableFlag=yes"},
       {"SysDownAllowed=no UpTimeSupport=yes", "UpTimeSupport: can be yes only with SysDownAllowed=yes"},
-      {"Event3='LOGMSG(\"a\")O;LOGMSG(\"b\")X;'", "Event3: job 2: there is no timing 'X' here"},
+      {"Event3='LOGMSG(\"a\")O;LOGMSG(\"b\")X;'", "Event3: job 2: there is no timing 'X' here: O, A, P60, T60, R60"},
   };
   for (const auto &[change, reason] : cases) {
     const Result result = kavcfg(std::string("set LogMaxHours=1 ") + change);
@@ -87,7 +88,7 @@ TEST_F(Kavcfg, PasswordsComeFromStandardInputAndAreNeverPrinted) {
   EXPECT_NE(seen.find("+SmtpPassword=(hidden)\n"), std::string::npos);
   const std::tuple<const char *, const char *, const char *> cases[] = {
       {"PASSWORD", "ACE", "'[' hides"},
-      {"PASSWORD", "a b", "its byte 2"},
+      {"PASSWORD", "a b", "' ' is not accepted, it takes only 0-9 A-Z a-z"},
       {"PASSWORD", "12345678901234567", "longer than 16"},
       {"SmtpPassword", ":x", "a part of it is lost"},
   };
@@ -98,34 +99,110 @@ TEST_F(Kavcfg, PasswordsComeFromStandardInputAndAreNeverPrinted) {
   }
   EXPECT_EQ(kavcfg("set PASSWORD", "echo"), (Result{0, ""})) << "no password";
   EXPECT_NE(get_file("ups.cfg").find("\nPASSWORD= \n"), std::string::npos);
-  EXPECT_EQ(kavcfg("check"), (Result{0, ""}));
+  EXPECT_EQ(kavcfg("check").output.find("PASSWORD"), std::string::npos);
+}
+
+// A configuration without a finding; `more` follows its lines.
+std::string sound(const std::string &more) {
+  return "UpsModel=K-TRN010VQ-100\nPASSWORD=_>=o\nSysDownAllowed=no\nLogFileTxt=/tmp/a.csv\n"
+         "DataLoggingName=/tmp/b.csv\n" +
+         more;
 }
 
 TEST_F(Kavcfg, CheckNamesLineAndKey) {
-  EXPECT_EQ(kavcfg("check"), (Result{0, ""}));
+  put_file("messages.dat", "m601=x\n");
   const std::pair<std::string, const char *> cases[] = {
-      {site("CheckRate=5", "CheckRate=0"), "ups.cfg:5: CheckRate: is not from 1 to 600\n"},
-      {site("CheckRate=5", "CheckRate=5\r"), "ups.cfg:5: CheckRate: ends in a carriage return\n"},
-      {site("shift", "upsmodel"), "ups.cfg:4: UpsModel: is already in line 2, this line does not count\n"},
-      {site("night", "[night]"),
-       "ups.cfg:4: This value can not be read back: '[' hides what follows\n"
-       "ups.cfg:5: CheckRate: is hidden by the '[' in line 4\n"
-       "ups.cfg:6: Event3: is hidden by the '[' in line 4\n"},
-      {site("shift=night", "PASSWORD=_]["),
-       "ups.cfg:4: PASSWORD: This value can not be read back: '[' hides what follows\n"
-       "ups.cfg:5: CheckRate: is hidden by the '[' in line 4\n"},
-      {site("shift=night", "#" + std::string(1100, 'x')), "ups.cfg:4: is longer than 1023 bytes"},
-      {site("mine", "a\",\"b"), "ups.cfg:6: Event3: job 1: would become 'LOGMSG(\"a\")O;'\n"},
-      {site("UpsModel", "Model"), "ups.cfg: UpsModel: no UPS model is chosen\n"},
-      {"[x]\n", "ups.cfg: UpsModel: no UPS model is chosen\nups.cfg:1: settings after a topic are not found"},
-      {site("shift", "GarUpTime=3\nshift"), "ups.cfg:4: GarUpTime: would become '1'\n"},
+      // clang-format off
+      {"", ""},
+      {"upslocation\t=\tRack A\t\nTempCaution\t=45.0\n; CheckRate 5\n[log]\nlevel 5\n", ""},
+      {"Event25=x\nUnknown=1\nNetTyp=SLAVE\n", ""},
+      {"CheckRate=0\n", "ups.cfg:6: CheckRate: is not from 1 to 600\n"},
+      {"CheckRate=5 ; fast\n", "ups.cfg:6: CheckRate: ';' is not accepted, it takes only 0-9 . blanks\n"},
+      {"upsmodel=x\n", "ups.cfg:6: UpsModel: is already in line 1, this line does not count\n"},
+      {"shift=[night]\nCheckRate=5\n",
+       "ups.cfg:6: This value can not be read back: '[' hides what follows\n"
+       "ups.cfg:7: CheckRate: is hidden by the '[' in line 6\n"},
+      {"SmtpPassword=_][\nCheckRate=5\n",
+       "ups.cfg:6: SmtpPassword: This value can not be read back: '[' hides what follows\n"
+       "ups.cfg:7: CheckRate: is hidden by the '[' in line 6\n"},
+      {"Event3=LOGMSG(\"a\",\"b\")O;\n", "ups.cfg:6: Event3: job 1: is not in the usual form, write 'LOGMSG(\"a\")O;'\n"},
+      {"GarUpTime=3\n", "ups.cfg:6: GarUpTime: is not in the usual form, write '1'\n"},
+      {"UpsLocation=a\tb\n", "ups.cfg:6: UpsLocation: This value can not be read back: a part of it is lost\n"},
+      {"CheckRate 5\nUpsLoad: 800\nexport UpsLoad=800\n",
+       "ups.cfg:6: is neither a setting, a comment nor a topic\n"
+       "ups.cfg:7: is neither a setting, a comment nor a topic\n"
+       "ups.cfg:8: is neither a setting, a comment nor a topic\n"},
+      {"sysdownmin=12\nChekcRate=5\n",
+       "ups.cfg:6: sysdownmin: did you mean SysDownMins?\nups.cfg:7: ChekcRate: did you mean CheckRate?\n"},
+      {"[site]\nCheckRate=5\n", "ups.cfg:7: CheckRate: is not found, since it stands after the topic in line 6\n"},
+      {"; a\rCheckRate=5\rshift=1\r",
+       "ups.cfg:6: holds carriage returns that end no line: all of it is one line\n"},
+      {"; \xC6\xFC\n; \xE6\x97\xA5\nPASSWORD=\xFF\n; \xE6\n",
+       "ups.cfg:7: is UTF-8, but line 6 is EUC-JP: a file has one encoding\n"
+       "ups.cfg:8: PASSWORD: is already in line 2, this line does not count\n"
+       "ups.cfg:9: holds bytes that are neither UTF-8 nor EUC-JP\n"},
+      {"Event3=EVENTLOG(\"warn\",100,\"a\")O;\n",
+       "ups.cfg:6: Event3: job 1: TYPE: there is no level warn: emergency, alert, critical, error, warning, notice, "
+       "information\n"},
+      {"CheckRate=5\r\n",
+       "ups.cfg:6: CheckRate: ends in a carriage return\n"
+       "warning: ups.cfg:6: has a Windows line end: with these a save makes 'upsdata..dat' of 'upsdata.csv'\n"},
+      {"Event3=MESSAGEID(\"local\",601)O;MESSAGEID(\"local\",60)O;\n",
+       "warning: ups.cfg:6: Event3: job 2: message 60 is not in messages.dat\n"},
+      {"#" + std::string(1100, 'x') + "\n", "ups.cfg:6: is longer than 1023 bytes and is read in pieces\n"},
+      // clang-format on
   };
-  for (const auto &[content, finding] : cases) {
-    put_file("ups.cfg", content);
-    const Result result = kavcfg("check");
-    EXPECT_EQ(result.status, *finding == '\0' ? 0 : 1) << result.output;
-    EXPECT_TRUE(result.output.starts_with(finding)) << finding << result.output;
+  for (const auto &[more, findings] : cases) {
+    put_file("ups.cfg", sound(more));
+    const bool has_fault = std::string(findings).starts_with("ups.cfg");
+    EXPECT_EQ(kavcfg("check"), (Result{has_fault ? 1 : 0, findings}));
   }
+  const std::pair<std::string, const char *> others[] = {
+      {"\xEF\xBB\xBF" + sound(""),
+       "ups.cfg: UpsModel: no UPS model is chosen\n"
+       "ups.cfg:1: begins with a byte order mark, which makes another key of its key\n"},
+      {"[x]\n", "ups.cfg: UpsModel: no UPS model is chosen\n"},
+  };
+  for (const auto &[content, findings] : others) {
+    put_file("ups.cfg", content);
+    EXPECT_TRUE(kavcfg("check").output.starts_with(findings)) << kavcfg("check").output;
+  }
+}
+
+TEST_F(Kavcfg, TellsThatAModelStandsAfterTheFirst500) {
+  ASSERT_EQ(
+      run_shell("awk '/^K-TRN010VQ-100/ {for (i = 0; i < 500; ++i) print \"X\" i substr($0, 6)} {print}' '" SAMPLE_TEXT
+                "' >many.txt && '" KAVDB_PROGRAM "' compile --force many.txt many.ups")
+          .status,
+      0);
+  EXPECT_EQ(
+      kavcfg("-u many.ups set UpsModel=K-TRN010VQ-100").output,
+      "kavcfg: UpsModel: stands after the first 500 models of the database many.ups, which alone can be chosen\n");
+}
+
+TEST_F(Kavcfg, WarnsOfWhatMayBeMeantOtherwise) {
+  const std::string mail =
+      R"(EXECUTEH("sendvik.exe","-ini","upsext.cfg","-ofi","upsext.cfg","-s","kavlon service","-t","me")"
+      R"(${#USEEMAILSIGNF?,"-sig","#EMAILSIGNF"}${}${}${}${},"hello")O;)";
+  const std::string lines =
+      "UpsModel=K-TRN010VQ-100\nUpsLoad=500\nUpsHoldMins=5\nPASSWORD=SWNL\nLogFileTxt=none/a.csv\nEvent3=" + mail +
+      "\nDataLoggingName=/tmp/b.csv\n";
+  put_file("ups.cfg", lines);
+  const std::string warnings =
+      "warning: ups.cfg: SysDownAllowed: the shutdown is allowed, but no event has a SHUTDOWN job\n"
+      "warning: ups.cfg:3: UpsHoldMins: the battery is empty after 10 minutes, but the shutdown is over after 11\n"
+      "warning: ups.cfg:4: PASSWORD: is the default password\n"
+      "warning: ups.cfg:5: LogFileTxt: there is no directory none\n"
+      "warning: ups.cfg:6: Event3: job 1 sends e-mail, but MailEnableFlag is not yes\n";
+  EXPECT_EQ(kavcfg("check"), (Result{0, warnings}));
+  const Result strict = kavcfg("check --strict");
+  EXPECT_EQ(strict.status, 1);
+  EXPECT_EQ(strict.output.find("warning:"), std::string::npos);
+  put_file("ups.cfg", lines + "MailEnableFlag=yes\nSmtpHost=a\nFixedDownTime=0\nEvent2=SHUTDOWN(\"default\")O;\n");
+  EXPECT_EQ(kavcfg("check"), (Result{0,
+                                     "warning: ups.cfg:4: PASSWORD: is the default password\n"
+                                     "warning: ups.cfg:5: LogFileTxt: there is no directory none\n"
+                                     "warning: ups.cfg:6: Event3: job 1 sends e-mail, but MailFromAddr is empty\n"}));
 }
 
 TEST(JobLists, AreTakenWhenTheEditorWouldNotChangeThem) {
@@ -140,7 +217,7 @@ TEST(JobLists, AreTakenWhenTheEditorWouldNotChangeThem) {
       R"(${#USEEMAILSIGNF?,"-sig","#EMAILSIGNF"}${}${#USETEXT?,"-attach","#LOGFILETXT"}${}${},"hello")O;)";
   const std::tuple<int, std::string, const char *> cases[] = {
       {3, mail, ""},
-      {3, std::string(mail).replace(mail.find("hello"), 5, "a,b"), "job 1: would become"},
+      {3, std::string(mail).replace(mail.find("hello"), 5, "a,b"), "job 1: is not in the usual form, write"},
       {3, R"(EXECUTE("/bin/page","")T999999;SHUTDOWN("default")O;)", ""},
       {3, R"(LOGMSG("a)O;)", "job 1: TEXT: is empty"},
       {3, R"(FOO("a")O;)", "job 1: there is no function FOO"},
@@ -149,7 +226,7 @@ TEST(JobLists, AreTakenWhenTheEditorWouldNotChangeThem) {
       {20, R"(LOGMSG("a")O;)", "job 1: there is no timing"},
       {3, R"(EVENTLOG("warnning",100,"a")O;)", "job 1: TYPE: there is no level warnning"},
       {3, R"(EXECUTE("send","host","65536")O;)", "job 1: PORT: is empty or out of its range"},
-      {3, R"(SHUTDOWN("6000")O;)", "job 1: would become 'SHUTDOWN(\"5940\")O;'"},
+      {3, R"(SHUTDOWN("6000")O;)", "job 1: is not in the usual form, write 'SHUTDOWN(\"5940\")O;'"},
       {3, R"(SHUTDOWN("1")O;LOGMSG("a")O;)", "SHUTDOWN must be the last job"},
       {3, "LOGMSG(\"" + std::string(61, 'x') + "\")O;", "job 1: TEXT: is longer than 60 bytes"},
   };

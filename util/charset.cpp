@@ -145,15 +145,6 @@ size_t utf8_length(std::string_view text) {
   return (first == 0xE0 && second < 0xA0) || (first == 0xF0 && second < 0x90) ? 0 : length;
 }
 
-bool consists_of_utf8(std::string_view text) {
-  while (!text.empty()) {
-    const size_t length = utf8_length(text);
-    if (length == 0) return false;
-    text.remove_prefix(length);
-  }
-  return true;
-}
-
 // Of ASCII, or from U+0080 to U+009F: a byte of its own, or "\xC2" and that byte.
 bool is_control(std::string_view character) {
   const int last = byte_of(character.back());
@@ -201,11 +192,29 @@ std::wstring text_to_cells(std::string_view text, Charset charset, size_t column
   return cells;
 }
 
+bool is_utf8(std::string_view text) {
+  while (!text.empty()) {
+    const size_t length = utf8_length(text);
+    if (length == 0) return false;
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
+bool is_euc_jp(std::string_view text) {
+  while (!text.empty()) {
+    const size_t length = euc_jp_length(text);
+    if (length == 1 && !is_ascii(text.front())) return false;
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
 std::string printable(std::string text) {
-  const bool is_utf8 = consists_of_utf8(text);
+  const bool of_utf8 = is_utf8(text);
   for (size_t at = 0; at < text.size();) {
     const std::string_view rest = std::string_view(text).substr(at);
-    const size_t length = is_utf8 ? utf8_length(rest) : euc_jp_length(rest);
+    const size_t length = of_utf8 ? utf8_length(rest) : euc_jp_length(rest);
     if (is_control(rest.substr(0, length))) text.replace(at, length, length, '?');
     at += length;
   }

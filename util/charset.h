@@ -35,6 +35,9 @@ std::string_view cut_text(std::string_view text, size_t length);
 // `columns` cuts through. "?" for a control byte, and for each byte of what is no character or can't be shown.
 std::wstring text_to_cells(std::string_view text, Charset charset, size_t columns = std::string_view::npos);
 
+// Whether a text has no byte that is not part of a character of that charset.
+bool is_utf8(std::string_view text);
+bool is_euc_jp(std::string_view text);
 // A text of a file, as it may go to a terminal: "?" for each byte of a control character, of ASCII or from U+0080 to
 // U+009F. Characters of several bytes stay, of UTF-8 when all of the text is that, else of EUC-JP.
 std::string printable(std::string text);

@@ -1,53 +1,35 @@
 #include "setup/check/check.h"
 
 #include <algorithm>
-#include <map>
 #include <string_view>
+#include <utility>
 
 #include "corbix/profile_line.h"
 #include "corbix/xconfig.h"
 #include "setup/check/faults.h"
+#include "setup/check/lines.h"
 #include "setup/check/texts.h"
+#include "setup/check/warnings.h"
 #include "setup/configuration/texts.h"
 #include "setup/settings/models.h"
+#include "util/charset.h"
 #include "util/files.h"
 
 namespace {
-
-// The part of the file that a line stands in.
-enum class Part {
-  start,     // neither a setting nor a topic so far
-  settings,  // in front of the first topic
-  topic,
-  hidden,  // after a "[" that is no topic's
-};
 
 struct Walk {
   std::vector<KeyFinding> &findings;
   Part part = Part::start;
   int line = 0;
+  bool is_piece = false;  // of a line that is read in pieces
   int hidden_by = 0;
-  std::map<const Setting *, int> lines = {};  // of the settings that were found
+  int topic = 0;             // line of the last one
+  int utf8 = 0, euc_jp = 0;  // first lines of that encoding
+  FoundLines found = {};
 };
 
 void report(Walk &walk, const Setting *setting, const std::string &text) {
   walk.findings.push_back({walk.line, setting == nullptr ? "" : setting->key, text});
-}
-
-const Setting *setting_of_line(std::string_view text) {
-  std::string_view key;
-  return has_key_entry(text) && find_entry(text, kReadText, key) ? setting_of_key(key) : nullptr;
-}
-
-// A topic as a person writes it, not just a "[" somewhere in the line.
-bool is_topic_line(std::string_view text) {
-  const size_t start = text.find_first_not_of(" \t");
-  return is_topic(text) && start != std::string_view::npos && text[start] == '[';
-}
-
-std::string_view without_blanks(std::string_view text) {
-  const size_t start = std::min(text.find_first_not_of(' '), text.size());
-  return text.substr(start, text.find_last_not_of(' ') + 1 - start);
 }
 
 // The text of a setting as the masks show it.
@@ -56,13 +38,13 @@ std::string typed_text(const Setting &setting, const std::string &value) {
 }
 
 void check_setting(Walk &walk, const Setting &setting, std::string_view text) {
-  const auto [found, is_first] = walk.lines.emplace(&setting, walk.line);
+  const auto [found, is_first] = walk.found.settings.emplace(&setting, walk.line);
   if (!is_first) return report(walk, &setting, filled(duplicate_label, {std::to_string(found->second)}));
   char value[kValueBufferSize], whole[kValueBufferSize];
   get_value(text, value, kReadText);
   get_value_notrim(text, whole, kReadText);
   if (std::string_view(whole).ends_with('\r')) return report(walk, &setting, carriage_return_label[language]);
-  const ProfileFault fault = XSurvives(kTmpTopic, setting.key, without_blanks(whole));
+  const ProfileFault fault = XSurvives(kTmpTopic, setting.key, without_white_ends(whole));
   if (fault != ProfileFault::none && fault != ProfileFault::empty) return report(walk, &setting, fault_notice(fault));
   for (const std::string &reason : faults_of(setting, typed_text(setting, value), value)) {
     report(walk, &setting, reason);
@@ -76,20 +58,58 @@ void hide_rest(Walk &walk, const Setting *setting) {
   walk.hidden_by = walk.line;
 }
 
+// A line that is no setting of ours, in front of the topics.
+void check_other_line(Walk &walk, std::string_view text) {
+  if (!is_entry_line(text) || is_topic(text) || walk.is_piece) return;
+  const std::string_view key = key_of_line(text);
+  if (key.empty()) return report(walk, nullptr, junk_label[language]);
+  const std::string meant = meant_key(key);
+  if (!meant.empty()) walk.findings.push_back({walk.line, std::string(key), filled(misspelt_label, {meant})});
+}
+
 void check_text(Walk &walk, std::string_view text) {
   const Setting *setting = setting_of_line(text);
-  if (walk.part == Part::topic) return;
+  if (walk.part == Part::topic && setting != nullptr) {
+    report(walk, setting, filled(after_topic_label, {std::to_string(walk.topic)}));
+  }
   if (walk.part == Part::hidden && setting != nullptr) {
     report(walk, setting, filled(covered_label, {std::to_string(walk.hidden_by)}));
   }
   if (is_topic_line(text)) {
     if (walk.part == Part::start) report(walk, nullptr, no_place_label[language]);
     walk.part = Part::topic;
-  } else if (walk.part != Part::hidden) {
+    walk.topic = walk.line;
+  } else if (walk.part == Part::start || walk.part == Part::settings) {
     if (setting != nullptr) check_setting(walk, *setting, text);
-    // in front of the first setting the monitor looks for whole topics only
-    if (walk.part == Part::start ? is_topic(text) : holds_topic(text)) hide_rest(walk, setting);
+    if (setting == nullptr) check_other_line(walk, text);
+    if (hides_rest(text, walk.part)) hide_rest(walk, setting);
   }
+}
+
+// One file has one encoding. A stored password is bytes of any kind.
+void check_encoding(Walk &walk, std::string_view text) {
+  const Setting *setting = setting_of_line(text);
+  if (walk.is_piece || (setting != nullptr && setting->kind == Kind::secret)) return;
+  const bool utf8 = is_utf8(text);
+  const bool euc_jp = is_euc_jp(text);
+  if (utf8 && euc_jp) return;
+  if (!utf8 && !euc_jp) return report(walk, setting, no_encoding_label[language]);
+  int &first = utf8 ? walk.utf8 : walk.euc_jp;
+  const int other = utf8 ? walk.euc_jp : walk.utf8;
+  if (first == 0 && other > 0) {
+    const auto [here, there] = utf8 ? std::pair{"UTF-8", "EUC-JP"} : std::pair{"EUC-JP", "UTF-8"};
+    report(walk, setting, filled(two_encodings_label, {here, std::to_string(other), there}));
+  }
+  if (first == 0) first = walk.line;
+}
+
+// What is wrong with the line's bytes, and makes another line of it than the person sees; false for nothing.
+bool check_bytes(Walk &walk, const ProfileText &line) {
+  const bool is_marked = line.number == 1 && line.text.starts_with(kByteOrderMark);
+  const bool is_many = has_inner_return(line.text);
+  if (is_marked) report(walk, nullptr, byte_order_label[language]);
+  if (is_many) report(walk, nullptr, inner_return_label[language]);
+  return is_marked || is_many;
 }
 
 void check_line(Walk &walk, const ProfileText &line) {
@@ -99,28 +119,58 @@ void check_line(Walk &walk, const ProfileText &line) {
   }
   const bool is_rest = line.number == walk.line;
   walk.line = line.number;
+  walk.is_piece = line.continues || is_rest;
   if (line.continues && !is_rest) report(walk, nullptr, filled(pieces_label, {std::to_string(kTextPiece)}));
   if (line.has_nul) report(walk, nullptr, nul_label[language]);
+  if (walk.found.windows_end == 0 && line.text.ends_with("\r\n")) walk.found.windows_end = line.number;
+  if (check_bytes(walk, line)) return;
+  check_encoding(walk, line.text);
   check_text(walk, line.text);
+}
+
+struct Line {
+  ProfileText place;
+  std::string text;
+};
+
+// The records and the lines of a file. The profile is closed then: a test of the model may open the database.
+bool load_lines(const char *file, std::vector<Line> &lines) {
+  if (!XOpenProfile(file, kReadText)) return false;
+  const int loaded = load_configuration();
+  for (ProfileText line; loaded && XNextLine(line);) lines.push_back({line, std::string(line.text)});
+  XCloseProfile();
+  return loaded != 0;
+}
+
+Outcome walk_file(const char *file, Walk &walk) {
+  std::vector<Line> lines;
+  if (!load_lines(file, lines)) return Outcome::file_unreadable;
+  for (Line &line : lines) {
+    line.place.text = line.text;
+    check_line(walk, line.place);
+  }
+  const Setting &model = *setting_of_key("UpsModel");
+  if (!walk.found.settings.contains(&model)) {
+    walk.findings.insert(walk.findings.begin(), {0, model.key, no_model_label[language]});
+  }
+  const std::string copy = interrupted_copy(file);
+  if (!copy.empty()) walk.findings.insert(walk.findings.begin(), {0, "", filled(copy_label, {copy})});
+  return Outcome::done;
 }
 
 }  // namespace
 
 Outcome check_file(const char *file, std::vector<KeyFinding> &findings) {
-  if (!XOpenProfile(file, kReadText)) return Outcome::file_unreadable;
-  const int loaded = load_configuration();
   Walk walk = {findings};
-  ProfileText line;
-  while (loaded && XNextLine(line)) check_line(walk, line);
-  XCloseProfile();
-  if (!loaded) return Outcome::file_unreadable;
-  const Setting &model = *setting_of_key("UpsModel");
-  if (!walk.lines.contains(&model)) findings.insert(findings.begin(), {0, model.key, no_model_label[language]});
-  const std::string copy = interrupted_copy(file);
-  if (!copy.empty()) findings.insert(findings.begin(), {0, "", filled(copy_label, {copy})});
-  return Outcome::done;
+  return walk_file(file, walk);
 }
 
 Outcome check_configuration(const char *file, std::vector<KeyFinding> &findings) {
-  return InitUpsTypeArray() ? check_file(file, findings) : Outcome::database_unreadable;
+  if (!InitUpsTypeArray()) return Outcome::database_unreadable;
+  Walk walk = {findings};
+  const Outcome outcome = walk_file(file, walk);
+  if (outcome != Outcome::done) return outcome;
+  add_warnings(file, walk.found, findings);
+  std::ranges::stable_sort(findings, {}, &KeyFinding::line);
+  return Outcome::done;
 }

@@ -1,11 +1,16 @@
 #include "setup/check/faults.h"
 
+#include <cstdio>
+
 #include "record/fields.h"
 #include "setup/check/job_faults.h"
+#include "setup/check/spelling.h"
 #include "setup/check/texts.h"
 #include "setup/settings/checks.h"
 #include "setup/settings/models.h"
 #include "setup/settings/settings.h"
+#include "upsdb/upsdb.h"
+#include "util/charset.h"
 #include "util/numbers.h"
 
 namespace {
@@ -23,10 +28,28 @@ std::string yes_no_fault(const Setting &setting, const std::string &value) {
   return follows && value == "yes" && !may_shut_down() ? shutdown_label[language] : "";
 }
 
+// The table holds the first models of a database only.
+bool is_after_table(const std::string &model) {
+  UpsData record;
+  if (!UpsOpenDb(upstypname)) return false;
+  const bool is_there = UpsFindDb(record, model.c_str()) != 0;
+  UpsCloseDb();
+  return is_there && record.name == model;
+}
+
+std::string unknown_model_fault(const std::string &model) {
+  if (is_after_table(model)) return filled(model_late_label, {std::to_string(kMaxModels), upstypname});
+  std::vector<std::string_view> names(static_cast<size_t>(get_max_ups_list(UpsTypeArr)));
+  for (size_t i = 0; i < names.size(); ++i) names[i] = UpsTypeArr[i].ups_name;
+  const std::string meant = nearest_name(model, names);
+  if (meant.empty()) return filled(model_unknown_label, {upstypname});
+  return filled(model_meant_label, {upstypname, meant});
+}
+
 std::string model_fault(const Setting &setting, const std::string &value) {
   if (value == setting.fallback) return no_model_label[language];
   const bool is_known = get_ups_list_id(UpsTypeArr, value.c_str()) != get_max_ups_list(UpsTypeArr);
-  return is_known ? "" : filled(model_unknown_label, {upstypname});
+  return is_known ? "" : unknown_model_fault(value);
 }
 
 std::string choice_fault(const Setting &setting, const std::string &value) {
@@ -67,6 +90,40 @@ std::string loss_fault(const Setting &setting, const std::string &typed, const s
   return notice == nullptr ? "" : notice;
 }
 
+// Characters as a person lists them: digits and letters as ranges, blanks at the end.
+std::string list_of(const std::string &characters) {
+  std::string list;
+  std::string rest = characters;
+  for (const std::string_view range : {"0123456789", "ABCDEFGHIJKLMNOPQRSTUVWXYZ", "abcdefghijklmnopqrstuvwxyz"}) {
+    const size_t at = rest.find(range);
+    if (at == std::string::npos) continue;
+    list += std::string(1, range.front()) + '-' + range.back() + ' ';
+    rest.erase(at, range.size());
+  }
+  for (const char c : rest) {
+    if (c != ' ') list += std::string(1, c) + ' ';
+  }
+  return rest.find(' ') == std::string::npos ? list.substr(0, list.size() - 1) : list + blanks_label[language];
+}
+
+// What a cell of that field takes.
+std::string accepted_characters(int filter, int position) {
+  std::string taken;
+  std::string refused;
+  for (int c = ' '; c <= '~'; ++c) (accepts_character(filter, position, c) ? taken : refused) += static_cast<char>(c);
+  const bool takes_few = taken.size() < refused.size() || refused.find(' ') != std::string::npos;
+  return takes_few ? filled(only_label, {list_of(taken)}) : filled(all_but_label, {list_of(refused)});
+}
+
+// A character as it may stand in a message.
+std::string shown_character(std::string_view text) {
+  const auto byte = static_cast<unsigned char>(text.front());
+  if (byte >= ' ' && byte != 0x7F) return std::string(text.substr(0, character_length(text, present_charset())));
+  char code[8];
+  std::snprintf(code, sizeof code, "\\x%02x", byte);
+  return code;
+}
+
 std::string fault_of_value(const Setting &setting, const std::string &typed, const std::string &value) {
   std::string fault = typing_fault(setting, typed);
   if (fault.empty()) fault = choice_fault(setting, value);
@@ -92,7 +149,8 @@ std::string fault_of_text(const FieldDescriptor &field, std::string_view text) {
   const int filter = !is_read_only_field(field.type) ? field.type : is_number ? kFieldNumber : kFieldText;
   for (size_t i = 0; i < text.size(); ++i) {
     if (!accepts_character(filter, static_cast<int>(i), static_cast<unsigned char>(text[i]))) {
-      return filled(character_label, {std::to_string(i + 1)});
+      const auto position = static_cast<int>(i);
+      return filled(character_label, {shown_character(text.substr(i)), accepted_characters(filter, position)});
     }
   }
   if (is_number || text.size() <= field.length) return "";

@@ -16,6 +16,12 @@ bool is_whole_number(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
+std::string known_levels() {
+  std::string list;
+  for (const auto &level : funcframe_label07) list += (list.empty() ? "" : ", ") + std::string(level[language]);
+  return list;
+}
+
 // Case counts for the editor alone: lists in use have "Warning".
 std::string level_fault(const JobRec &job) {
   char word[kJobTextSize];
@@ -24,7 +30,8 @@ std::string level_fault(const JobRec &job) {
   strlow(word);
   const std::string_view known = ms_to_syslog(word);
   const std::string_view otherwise = funcframe_label07[kSyslogLevelCount - 1][language];
-  return !level.empty() && (known != otherwise || word == otherwise) ? "" : filled(level_label, {level});
+  return !level.empty() && (known != otherwise || word == otherwise) ? ""
+                                                                     : filled(level_label, {level, known_levels()});
 }
 
 std::string value_fault(const JobRec &job, int k) {
@@ -47,12 +54,23 @@ std::string parameter_fault(const JobRec &job) {
   return "";
 }
 
+// The codes of all timings, with a number as an example.
+std::string known_timings(int event) {
+  std::string list;
+  char code[sizeof JobRec::timing];
+  for (const auto &timing : funcframe_label02) {
+    if (!set_repeat_value(code, timing[language], event == kSchedulerEvent ? "5" : "60", event)) continue;
+    if (list.find(code) == std::string::npos) list += (list.empty() ? "" : ", ") + std::string(code);
+  }
+  return list;
+}
+
 std::string timing_fault(const JobRec &job, int event) {
   char label[kTimingLabelSize], number[kTimingNumberSize], code[sizeof job.timing] = "";
   int state = 0;
   get_repeat_value(job.timing, label, number, &state, event);
   const bool has_code = set_repeat_value(code, label, number, event) && std::string_view(code) == job.timing;
-  return has_code && is_whole_number(number) ? "" : filled(timing_label, {job.timing});
+  return has_code && is_whole_number(number) ? "" : filled(timing_label, {job.timing, known_timings(event)});
 }
 
 // The editor knows one event number, and levels in small letters: what stands in front of the text does not count.

@@ -20,6 +20,7 @@ struct Options {
   bool dry_run = false;        // nothing is written
   bool diff = false;           // what changes is printed
   bool keys = false;           // the keys alone
+  bool strict = false;         // a warning is a fault
 };
 extern Options options;
 

@@ -23,7 +23,7 @@ constexpr size_t kNotConverted = static_cast<size_t>(-1);
 void print_line(FILE *stream, const std::string &text) { print_text(stream, (printable(text) + "\n").c_str()); }
 
 void print_finding(FILE *stream, const std::string &file, const KeyFinding &finding) {
-  std::string line = file;
+  std::string line = (finding.is_warning ? "warning: " : "") + file;
   if (finding.line > 0) line += ":" + std::to_string(finding.line);
   if (!finding.key.empty()) line += ": " + finding.key;
   print_line(stream, line + ": " + finding.text);
@@ -102,7 +102,7 @@ constexpr Command kCommands[] = {
   { "new",         0,   -1,   false, make_new },
 };  // clang-format on
 
-enum LongOption { kJapanese = 256, kHelp, kVersion, kJson, kDryRun, kDiff, kKeys };
+enum LongOption { kJapanese = 256, kHelp, kVersion, kJson, kDryRun, kDiff, kKeys, kStrict };
 constexpr option kLongOptions[] = {
     // clang-format off
     {"japanese", no_argument, nullptr, kJapanese},
@@ -112,6 +112,7 @@ constexpr option kLongOptions[] = {
     {"dry-run",  no_argument, nullptr, kDryRun},
     {"diff",     no_argument, nullptr, kDiff},
     {"keys",     no_argument, nullptr, kKeys},
+    {"strict",   no_argument, nullptr, kStrict},
     {nullptr,    0,           nullptr, 0},
     // clang-format on
 };
@@ -196,6 +197,9 @@ int take_option(int letter, const char *word) {
       return kGood;
     case kKeys:
       options.keys = true;
+      return kGood;
+    case kStrict:
+      options.strict = true;
       return kGood;
     default:
       return misuse(filled(no_such_option_label, {word}));

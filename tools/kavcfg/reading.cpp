@@ -137,8 +137,13 @@ int check(const Arguments &) {
   std::vector<KeyFinding> findings;
   const Outcome outcome = check_configuration(options.file, findings);
   const int error = errno;
-  for (const KeyFinding &finding : findings) print_finding(stdout, options.file, finding);
-  return findings.empty() ? tell_outcome(outcome, error, options.file) : kRefused;
+  int status = tell_outcome(outcome, error, options.file);
+  for (KeyFinding &finding : findings) {
+    finding.is_warning = finding.is_warning && !options.strict;
+    if (!finding.is_warning) status = kRefused;
+    print_finding(stdout, options.file, finding);
+  }
+  return status;
 }
 
 int events(const Arguments &) {

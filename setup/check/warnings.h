@@ -1,0 +1,16 @@
+// What a configuration means, where that may be meant otherwise.
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "setup/check/check.h"
+
+// Where the walk over a file found something; lines from 1, 0 for none.
+struct FoundLines {
+  std::map<const Setting *, int> settings = {};
+  int windows_end = 0;  // the first line that ends in a carriage return
+};
+
+// Appends the warnings about the records, which hold the configuration `file`.
+void add_warnings(const char *file, const FoundLines &found, std::vector<KeyFinding> &findings);
