@@ -142,6 +142,8 @@ constexpr Screen kJobList = {"job-list", {"Add Job to List", "ジョブを一覧
 constexpr Screen kJobMask = {"job-mask", {"Timer Settings:", "タイマの設定:"}};
 constexpr Screen kMailMask = {"mail-mask", {"Sender Email Address", "差出人メールアドレス"}};
 
+constexpr Screen kTimeline = {"timeline", {"The battery is empty", "バッテリ切れ"}};
+
 constexpr const char *kLocation[2] = {"Server room", "サーバ室"};
 
 std::map<std::string, std::string> pictures;  // by file name; written by take, read by main
@@ -188,6 +190,21 @@ void fill_in_mail(Terminal &t, int language) {
   take(t, kMailMask, language);
 }
 
+// Of kavcfg, in a shell that waits then.
+void draw_timeline(int language) {
+  const std::string kavcfg = std::string("'" KAVCFG_PROGRAM "' ") + (language == 0 ? "" : "--japanese ");
+  const std::string job = kavcfg + "job add 0 ";
+  Terminal t;
+  t.start({.options = {"-c", kavcfg + "new UpsModel=K-TRN010VQ-100 FixedDownTime=2 SysDownMins=4 UpsDownDelay=120; " +
+                                 job + "EXECUTE:send ADDRESS=rack4 TIMING=repeated:90; " + job +
+                                 "EXECUTE PROGRAM=/usr/local/bin/page PARAMETER=ops TIMING=timed:60; printf " +
+                                 "'\\033[?25l$ kavcfg timeline 0\\n'; " + kavcfg + "timeline 0; exec cat"},
+           .program = "/bin/sh"});
+  take(t, kTimeline, language);
+  t.type("\004");
+  t.wait_exit();
+}
+
 void take_all(int language) {
   Terminal t;
   t.start({.options = language == 0 ? std::vector<std::string>{} : std::vector<std::string>{"-japanese"}});
@@ -199,6 +216,7 @@ void take_all(int language) {
   fill_in_mail(t, language);
   t.press({Escape, Escape, Up, Enter});
   t.wait_exit();
+  draw_timeline(language);
 }
 
 std::string content_of(const std::filesystem::path &file) {

@@ -242,8 +242,9 @@ TEST_F(Kavcfg, PrintsValuesJobsAndDifferences) {
   EXPECT_EQ(kavcfg("get UPSDEVICE").output, "/dev/ttyS1:9600,e,7,2\n");
   EXPECT_EQ(kavcfg("get UpsDownDelay").output, "180\n") << "the default";
   EXPECT_EQ(kavcfg("get GarUpTime").status, 1) << "neither set nor with a default";
-  EXPECT_NE(kavcfg("events").output.find("\nEvent3: KAVLON has started sucessfully\n  Log Event\nEvent4: "),
-            std::string::npos);
+  EXPECT_NE(
+      kavcfg("events").output.find("\nEvent3: KAVLON has started sucessfully\n  Log Event \"mine\" (Once)\nEvent4: "),
+      std::string::npos);
   put_file("new.cfg", site("CheckRate=5", "CheckRate=05\nUpsLocation=x"));
   EXPECT_EQ(kavcfg("-f new.cfg diff ups.cfg"), (Result{1, "-UpsLocation=Unknown\n+UpsLocation=x\n"}));
   EXPECT_EQ(kavcfg("diff ups.cfg"), (Result{0, ""}));
@@ -251,6 +252,77 @@ TEST_F(Kavcfg, PrintsValuesJobsAndDifferences) {
       kavcfg("diff").output.starts_with("-UpsDevice=/dev/ttyS0:2400,n,8,1\n+UpsDevice=/dev/ttyS1:9600,e,7,2\n"));
   EXPECT_EQ(kavcfg("--japanese set UpsLocation=\xE6\x97\xA5", "export LC_ALL=C.UTF-8; true"), (Result{0, ""}));
   EXPECT_NE(get_file("ups.cfg").find("UpsLocation=\xC6\xFC\n"), std::string::npos) << "EUC-JP, as the masks store it";
+}
+
+TEST_F(Kavcfg, EditsAndListsOneJobInWords) {
+  const std::pair<const char *, const char *> jobs[] = {
+      {"MESSAGE USER='*' TEXT=\"it's late\" TIMING=timed:90", R"(MESSAGE("*","it's late")T90;)"},
+      {"execute:send address=10.0.0.1 PORT=6003 TIMING=Repeated:9", R"(EXECUTE("send","10.0.0.1","6003")R9;)"},
+      {"EXECUTE:alarm.bat TEXT=x", R"(EXECUTE("alarm.bat","x")O;)"},
+      {"EXECUTE PROGRAM=/bin/page PARAMETER= TIMING=always", R"(EXECUTE("/bin/page","")A;)"},
+      {"MESSAGEID USER=local ID=601 TIMING=periodic:60", R"(MESSAGEID("local",601)P60;)"},
+      {"EVENTLOG TYPE=warning TEXT=x", R"(EVENTLOG("warning",100,"x")O;)"},
+      {"EXECUTEH ADDRESS=a@b TEXT=x TLOG=yes",
+       R"(EXECUTEH("sendvik.exe","-ini","upsext.cfg","-ofi","upsext.cfg","-s","kavlon service","-t","a@b")"
+       R"(${#USEEMAILSIGNF?,"-sig","#EMAILSIGNF"}${}${#USETEXT?,"-attach","#LOGFILETXT"}${}${},"x")O;)"},
+  };
+  std::string list = "SHUTDOWN(\"default\")T5;";
+  EXPECT_EQ(kavcfg("set 'Event3=" + list + "'").status, 0);
+  for (const auto &[words, text] : jobs) {
+    EXPECT_EQ(kavcfg(std::string("job add event3 ") + words), (Result{0, ""}));
+    list.insert(list.find("SHUTDOWN"), text);
+    EXPECT_EQ(kavcfg("get Event3").output, list + "\n") << "a SHUTDOWN stays the last job";
+  }
+  // what list prints is what add takes
+  EXPECT_EQ(kavcfg("job list 3 | while read -r number words; do eval \"'" KAVCFG_PROGRAM
+                   "' job add 4 $words\"; done; '" KAVCFG_PROGRAM "' get Event4"),
+            (Result{0, list + "\n"}));
+  EXPECT_EQ(kavcfg("job add 20 LOGMSG TEXT=x TIMING=before:5 && '" KAVCFG_PROGRAM "' get Event20"),
+            (Result{0, "LOGMSG(\"x\")OX5;\n"}));
+  EXPECT_EQ(kavcfg("job remove 20 1 --diff"), (Result{0, "-Event20=LOGMSG(\"x\")OX5;\n"}));
+  const std::string kept = get_file("ups.cfg");
+  for (const auto &[words, reason] : {
+           std::pair{"add 3 FOO", "there is no function FOO: SHUTDOWN, "},
+           {"add 3 LOGMSG TEXT='a;b'", "TEXT: ';' is not accepted"},
+           {"add 3 LOGMSG TXT=a", "LOGMSG has no TXT: TEXT, TIMING"},
+           {"add 3 LOGMSG", "Event3: job 8: TEXT: is empty"},
+           {"add 3 LOGMSG TEXT=a TIMING=soon", "there is no soon here: once, always, periodic, timed, repeated"},
+           {"add 3 LOGMSG TEXT=a TIMING=timed", "timed: is not a whole number"},
+           {"add 3 EVENTLOG TYPE=bad TEXT=a", "TYPE: there is no bad here: emergency, "},
+           {"remove 3 9", "Event3 has no job 9"},
+       }) {
+    const Result result = kavcfg(std::string("job ") + words);
+    EXPECT_EQ(result.status, 1) << words;
+    EXPECT_TRUE(result.output.starts_with(std::string("kavcfg: ") + reason)) << result.output;
+  }
+  EXPECT_EQ(get_file("ups.cfg"), kept);
+}
+
+TEST_F(Kavcfg, DrawsTheJobsOfAnEventOverTime) {
+  ASSERT_EQ(kavcfg("set CheckRate=10 'Event0=LOGMSG(\"a\")O;LOGMSG(\"b\")A;LOGMSG(\"c\")P60;LOGMSG(\"d\")T90;LOGMSG("
+                   "\"e\")R120;' 'Event20=LOGMSG(\"x\")OX5;'")
+                .status,
+            0);
+  EXPECT_EQ(kavcfg("timeline 0").output,
+            "Event0: UPS Alarm - Powerfail has occurred !\n\n"
+            "                          min             0     2     4     6     8    10    12\n"
+            "                                          |-----|-----|-----|-----|-----|-----|\n"
+            "1  Log Event \"a\"          Once            *\n"
+            "2  Log Event \"b\"          Always          *========================\n"
+            "3  Log Event \"c\"          Periodic 60 s   *  *  *  *  *  *  *  *  *\n"
+            "4  Log Event \"d\"          Timed 90 s      .....*\n"
+            "5  Log Event \"e\"          Repeated 120 s  ......*     *     *     *\n\n"
+            "   The shutdown begins    1 min           ---|\n"
+            "   The system is down     8 min           ------------------------|\n"
+            "   The UPS is off         11 min          ---------------------------------|\n"
+            "   The battery is empty   10 min          ##############################|\n"
+            "!  the battery is empty after 10 minutes, but the shutdown is over after 11\n");
+  EXPECT_EQ(kavcfg("timeline 20").output,
+            "Event20: Shutdown with the scheduler\n\n"
+            "                          min            -6    -5    -4    -3    -2    -1     0\n"
+            "                                          |-----|-----|-----|-----|-----|-----|\n"
+            "1  Log Event \"x\"          Do before 5 min       *\n"
+            "   The shutdown begins                    ------------------------------------|\n");
 }
 
 TEST_F(Kavcfg, EndsWithAStatusAndOneLineThatNamesTheWord) {
@@ -273,6 +345,9 @@ TEST_F(Kavcfg, EndsWithAStatusAndOneLineThatNamesTheWord) {
       {"check x",                  2, "'check' does not take 'x'"},
       {"-f - set UpsID=1",         2, "'set' needs a file"},
       {"unset UpsID GarUpTime",    2, "GarUpTime: follows from other keys"},
+      {"job lst 1",                2, "unknown command 'job lst'"},
+      {"job add 1",                2, "'job add' needs an argument"},
+      {"timeline 25",              2, "25: no such event"},
       {"set PASSWORD",             1, "PASSWORD: standard input has no line"},
       {"get PASSWORD",             1, "PASSWORD: a password is not printed"},
       {"-f none check",            3, "can't read none: No such file or directory"},

@@ -5,7 +5,6 @@
 #include <memory>
 #include <optional>
 
-#include "setup/check/shutdown.h"
 #include "setup/check/texts.h"
 #include "setup/jobs/event_table.h"
 #include "setup/jobs/job_language.h"
@@ -46,16 +45,7 @@ void check_folder(Warnings &warnings, const Setting &setting) {
   warn(warnings, setting, filled(folder_label, {folder}));
 }
 
-// --- the shutdown
-
 std::string minutes(double number) { return std::to_string(std::lround(number)); }
-
-void check_battery(Warnings &warnings) {
-  const ShutdownPlan plan = shutdown_plan();
-  const bool lasts = plan.empty >= plan.over();
-  if (!plan.happens || lasts) return;
-  warn(warnings, setting_at("UpsHoldMins"), filled(battery_label, {minutes(plan.empty), minutes(plan.over())}));
-}
 
 // --- jobs
 
@@ -117,6 +107,11 @@ void check_lists(Warnings &warnings, const Messages &messages) {
 
 }  // namespace
 
+std::string battery_warning(const ShutdownPlan &plan) {
+  if (!plan.happens || plan.empty >= plan.over()) return "";
+  return filled(battery_label, {minutes(plan.empty), minutes(plan.over())});
+}
+
 void add_warnings(const char *file, const FoundLines &found, std::vector<KeyFinding> &findings) {
   Warnings warnings = {found, findings};
   if (found.windows_end > 0) findings.push_back({found.windows_end, "", windows_end_label[language], true});
@@ -124,6 +119,7 @@ void add_warnings(const char *file, const FoundLines &found, std::vector<KeyFind
     check_password(warnings, *setting);
     check_folder(warnings, *setting);
   }
-  check_battery(warnings);
+  const std::string battery = battery_warning(shutdown_plan());
+  if (!battery.empty()) warn(warnings, setting_at("UpsHoldMins"), battery);
   check_lists(warnings, read_messages(file));
 }

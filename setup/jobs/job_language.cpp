@@ -8,6 +8,7 @@
 
 #include "setup/jobs/email_job.h"
 #include "setup/jobs/event_table.h"
+#include "util/numbers.h"
 #include "util/text.h"
 #include "util/tokens.h"
 
@@ -248,6 +249,27 @@ int set_repeat_value(char (&code)[256], const char *label, const char *time, int
     return 1;
   }
   return 0;
+}
+
+JobTimes job_times(const char *code, int event, int32_t check_rate) {
+  char label[kTimingLabelSize];
+  char text[kTimingNumberSize];
+  int state = 0;
+  get_repeat_value(code, label, text, &state, event);
+  const int32_t number = to_int32(text);
+  if (event == kSchedulerEvent) return {-number * 60, 0};
+  switch (kTimingLetters[timing_of_letter(*code)]) {
+    case 'A':
+      return {0, check_rate};
+    case 'P':
+      return {0, number};
+    case 'T':
+      return {number, 0};
+    case 'R':
+      return {number, number};
+    default:
+      return {0, 0};
+  }
 }
 
 // --- the jobs of one event in EventStrings

@@ -61,6 +61,14 @@ void get_repeat_value(const char *code, char (&label)[kTimingLabelSize], char (&
 // 0, `code` unchanged, when there is no such label.
 [[nodiscard]] int set_repeat_value(char (&code)[256], const char *label, const char *time, int event);
 
+// When a job runs, in seconds after its event; or of the scheduler's event, below 0, before the shutdown.
+struct JobTimes {
+  int32_t first;
+  int32_t every;  // further runs, as long as the event is present; 0: none
+};
+// `check_rate` is the time between two looks at the UPS, in seconds.
+JobTimes job_times(const char *code, int event, int32_t check_rate);
+
 // --- the jobs of one event in EventStrings
 
 // The jobs of the event being edited; written by parse_joblist, read by the screens.

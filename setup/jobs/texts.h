@@ -21,6 +21,7 @@ extern Label funcpar_list[kFunctionCount][kParameterSlots];
 
 // The events by number, closed by a row of empty texts.
 inline constexpr int kEventCount = 25;
+inline constexpr int kPowerFailEvent = 0;
 inline constexpr int kSchedulerEvent = 20;  // its jobs are timed in minutes before the shutdown
 inline constexpr int kBypassEvent = 21;     // offered for the UPS of one series only
 struct EventTexts {

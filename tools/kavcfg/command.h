@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "setup/check/check.h"
+#include "tools/kavcfg/change.h"
 
 // Exit statuses.
 inline constexpr int kGood = 0;
@@ -36,6 +37,10 @@ int misuse(const std::string &text);
 int tell_outcome(Outcome outcome, int error, const char *file);
 // The setting of a key, or null, complained of.
 const Setting *known_setting(const std::string &key);
+// The number of an event, given as such or as its key; or -1, complained of.
+int known_event(const std::string &word);
+// Makes the changes as the options say, and tells what came of them; the status.
+int carry_out(const std::vector<Change> &changes);
 // UTF-8, for JSON: from EUC-JP where it is not UTF-8 already; bytes that are neither become "?".
 std::string utf8_of(const std::string &text);
 
@@ -45,6 +50,7 @@ int get(const Arguments &arguments);
 int list(const Arguments &arguments);
 int check(const Arguments &arguments);
 int events(const Arguments &arguments);
+int timeline(const Arguments &arguments);
 int diff(const Arguments &arguments);
 int explain(const Arguments &arguments);
 int schema(const Arguments &arguments);
@@ -52,3 +58,4 @@ int set(const Arguments &arguments);
 int apply(const Arguments &arguments);
 int unset(const Arguments &arguments);
 int make_new(const Arguments &arguments);
+int job(const Arguments &arguments);

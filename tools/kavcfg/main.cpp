@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "setup/configuration/configuration.h"
+#include "setup/jobs/event_table.h"
 #include "setup/settings/models.h"
 #include "tools/kavcfg/command.h"
 #include "tools/kavcfg/texts.h"
@@ -57,6 +58,14 @@ const Setting *known_setting(const std::string &key) {
   return setting;
 }
 
+int known_event(const std::string &word) {
+  for (int event = 0; event < kEventCount; ++event) {
+    if (stricmp(word, event_key(event)) == 0 || word == std::to_string(event)) return event;
+  }
+  misuse(filled(no_such_event_label, {word}));
+  return -1;
+}
+
 std::string utf8_of(const std::string &text) {
   for (const char *charset : {"UTF-8", "EUC-JP"}) {
     const Converter converter("UTF-8", charset);
@@ -93,6 +102,7 @@ constexpr Command kCommands[] = {
   { "list",        0,    0,   true,  list     },
   { "check",       0,    0,   true,  check    },
   { "events",      0,    0,   true,  events   },
+  { "timeline",    1,    1,   true,  timeline },
   { "diff",        0,    1,   true,  diff     },
   { "explain",     1,    1,   true,  explain  },
   { "schema",      0,    0,   false, schema   },
@@ -100,6 +110,7 @@ constexpr Command kCommands[] = {
   { "apply",       1,    1,   false, apply    },
   { "unset",       1,   -1,   false, unset    },
   { "new",         0,   -1,   false, make_new },
+  { "job",         2,   -1,   false, job      },
 };  // clang-format on
 
 enum LongOption { kJapanese = 256, kHelp, kVersion, kJson, kDryRun, kDiff, kKeys, kStrict };

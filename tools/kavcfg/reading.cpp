@@ -5,7 +5,6 @@
 
 #include "setup/configuration/configuration.h"
 #include "setup/jobs/event_table.h"
-#include "setup/jobs/job_language.h"
 #include "tools/kavcfg/command.h"
 #include "tools/kavcfg/texts.h"
 
@@ -25,17 +24,6 @@ int read_values(const char *file, std::vector<std::string> &values) {
 
 std::string shown(const Setting &setting, const std::string &value) {
   return is_hidden(setting) ? hidden_label[language] : value;
-}
-
-void print_event(int event) {
-  print_line(stdout, std::string(event_key(event)) + ": " + eventlist[event].name[language]);
-  tail_shutdown_function(event);
-  const int jobs = parse_joblist("", event);
-  for (int job = 0; job < jobs; ++job) {
-    char line[kJobLineLength + 1];
-    job_line(*ActEvent[job], line);
-    print_line(stdout, std::string("  ") + line);
-  }
 }
 
 // --- what is known of a setting
@@ -144,13 +132,6 @@ int check(const Arguments &) {
     print_finding(stdout, options.file, finding);
   }
   return status;
-}
-
-int events(const Arguments &) {
-  if (!init_config_vals(options.file)) return tell_outcome(Outcome::file_unreadable, errno, options.file);
-  for (int event = 0; event < DbEventListCnt; ++event) print_event(event);
-  free_act_event();
-  return kGood;
 }
 
 int diff(const Arguments &arguments) {

@@ -11,6 +11,10 @@ Label usage_label = {
     "|  new [KEY=VALUE...]   a new configuration with the defaults"
     "|  check                test the whole file: FILE:LINE: KEY: FAULT, warnings begin with warning:"
     "|  events               print the jobs of each event"
+    "|  timeline EVENT       draw when the jobs of an event run"
+    "|  job list EVENT       print the jobs of an event, by number"
+    "|  job add EVENT FUNCTION [PARAMETER=VALUE]... [TIMING=WORD[:NUMBER]]"
+    "|  job remove EVENT NUMBER"
     "|  diff [OLD]           what differs from the file OLD, or from the defaults"
     "|  explain KEY          what is known of a setting"
     "|  schema               JSON Schema of what apply takes"
@@ -19,9 +23,9 @@ Label usage_label = {
     "|-f FILE      the configuration (ups.cfg; -: standard input, of commands that only read)"
     "|-C DIR       work in that directory"
     "|-u DATABASE  the UPS models (upstyp.ups, beside the configuration first)"
-    "|--dry-run    set, apply, unset, new: write nothing"
-    "|--diff       set, apply, unset, new: print what changes"
-    "|--json       set, apply, unset, new, explain: one JSON object"
+    "|--dry-run    commands that change: write nothing"
+    "|--diff       commands that change: print what changes"
+    "|--json       these, explain, probe: one JSON object"
     "|--strict     check: warnings are faults"
     "|--japanese   texts and default jobs in Japanese"
     "|--help, --version"
@@ -37,6 +41,10 @@ Label usage_label = {
     "|  new [KEY=VALUE...]   既定値で新しい設定ファイルを作成"
     "|  check                ファイル全体を検査 (FILE:LINE: KEY: FAULT、警告は warning: で始まる)"
     "|  events               各イベントのジョブを表示"
+    "|  timeline EVENT       イベントのジョブの実行時刻を図で表示"
+    "|  job list EVENT       イベントのジョブを番号順に表示"
+    "|  job add EVENT FUNCTION [PARAMETER=VALUE]... [TIMING=WORD[:NUMBER]]"
+    "|  job remove EVENT NUMBER"
     "|  diff [OLD]           ファイル OLD または既定値との違いを表示"
     "|  explain KEY          設定の説明を表示"
     "|  schema               apply が受け付けるものの JSON Schema"
@@ -45,9 +53,9 @@ Label usage_label = {
     "|-f FILE      設定ファイル (ups.cfg、-: 標準入力、読むだけのコマンド)"
     "|-C DIR       そのディレクトリで実行"
     "|-u DATABASE  UPS データベース (upstyp.ups、まず設定ファイルと同じ場所)"
-    "|--dry-run    set、apply、unset、new: 書き込まない"
-    "|--diff       set、apply、unset、new: 変更を表示"
-    "|--json       set、apply、unset、new、explain: JSON オブジェクトを表示"
+    "|--dry-run    変更するコマンド: 書き込まない"
+    "|--diff       変更するコマンド: 変更を表示"
+    "|--json       変更するコマンド、explain、probe: JSON オブジェクトを表示"
     "|--strict     check: 警告も誤りとする"
     "|--japanese   日本語の表示と既定ジョブ"
     "|--help、--version"
@@ -80,3 +88,17 @@ Label follower_label = {"follows from other keys, it can't be set", "ほかの�
 Label not_json_label = {"this is no JSON", "JSON ではありません。"};
 Label not_simple_label = {"%s: a text, a number, true, false or null is needed",
                           "%s: 文字列、数値、true、false、null のどれかが必要です。"};
+
+Label no_such_event_label = {"%s: no such event, there are 0 to 24", "%s: このイベントはありません (0 から 24)。"};
+Label no_such_job_label = {"%s has no job %s", "%s にジョブ %s はありません。"};
+Label no_such_function_label = {"there is no function %s: %s", "機能 %s はありません (%s)。"};
+Label no_such_parameter_label = {"%s has no %s: %s", "%s に %s はありません (%s)。"};
+Label no_such_word_label = {"there is no %s here: %s", "%s は使えません (%s)。"};
+Label no_room_label = {"%s: there is no room for one more job", "%s: これ以上ジョブを追加できません。"};
+Label seconds_label = {"%s s", "%s 秒"};
+Label minutes_label = {"%s min", "%s 分"};
+Label hours_label = {"%s h", "%s 時間"};
+Label shutdown_begins_label = {"The shutdown begins", "シャットダウン開始"};
+Label system_down_label = {"The system is down", "システム停止"};
+Label ups_off_label = {"The UPS is off", "UPS 停止"};
+Label battery_empty_label = {"The battery is empty", "バッテリ切れ"};

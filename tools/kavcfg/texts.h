@@ -21,3 +21,13 @@ extern Label hidden_label;      // in the place of a password
 extern Label follower_label;    // follows from other keys
 extern Label not_json_label;    // of a text to apply
 extern Label not_simple_label;  // %s key
+
+// Of jobs
+extern Label no_such_event_label;                         // %s word
+extern Label no_such_job_label;                           // %s key, %s number
+extern Label no_such_function_label, no_such_word_label;  // %s word, %s all that there are
+extern Label no_such_parameter_label;                     // %s function, %s word, %s all that there are
+extern Label no_room_label;                               // %s key
+extern Label seconds_label, minutes_label, hours_label;   // %s number
+// Of what follows a power failure
+extern Label shutdown_begins_label, system_down_label, ups_off_label, battery_empty_label;

@@ -9,7 +9,6 @@
 
 #include "setup/configuration/changes.h"
 #include "setup/configuration/configuration.h"
-#include "tools/kavcfg/change.h"
 #include "tools/kavcfg/command.h"
 #include "tools/kavcfg/texts.h"
 #include "util/charset.h"
@@ -214,10 +213,14 @@ Deed deed() { return options.dry_run ? Deed::try_only : Deed::write; }
 
 }  // namespace
 
+int carry_out(const std::vector<Change> &changes) {
+  return tell_result(change_configuration(options.file, changes, deed()), "");
+}
+
 int set(const Arguments &arguments) {
   std::vector<Change> changes;
   const int status = read_arguments(arguments, changes);
-  return status == kGood ? tell_result(change_configuration(options.file, changes, deed()), "") : status;
+  return status == kGood ? carry_out(changes) : status;
 }
 
 int unset(const Arguments &arguments) {
@@ -228,7 +231,7 @@ int unset(const Arguments &arguments) {
     if (!reason.empty()) return misuse(reason);
     changes.push_back(default_change(*setting, 0));
   }
-  return tell_result(change_configuration(options.file, changes, deed()), "");
+  return carry_out(changes);
 }
 
 int apply(const Arguments &arguments) {
