@@ -169,6 +169,48 @@ TEST_F(Kavcfg, CheckNamesLineAndKey) {
   }
 }
 
+TEST_F(Kavcfg, FixRepairsWhatIsSafeAndNothingElse) {
+  const std::string wrong =
+      "\xEF\xBB\xBF# [old] settings\r\nSysDownMin=5\r\n# no [ here\r\ncheckrate=5\r\n; [\r\nCheckRate=\t5\r\n"
+      "UpsLocation\t=\ta\tb\r\nUnknown=1\tx\r\n";
+  const std::string right =
+      "; [old] settings\nSysDownMin=5\n; no [ here\ncheckrate=5\n; [\nUpsLocation\t=ab\nUnknown=1\tx\n";
+  const std::string repairs =
+      "ups.cfg:1: the byte order mark goes\n"
+      "ups.cfg:1: from here on, carriage returns go or become line ends\n"
+      "ups.cfg:1: ';' begins the comment, since '#' lets its '[' hide lines\n"
+      "ups.cfg:3: ';' begins the comment, since '#' lets its '[' hide lines\n"
+      "ups.cfg:6: CheckRate: goes, since an earlier line says the same\n"
+      "ups.cfg:7: UpsLocation: the tabs in its value go\n";
+  put_file("ups.cfg", wrong);
+  EXPECT_EQ(kavcfg("fix --dry-run"), (Result{0, repairs}));
+  EXPECT_EQ(get_file("ups.cfg"), wrong);
+  EXPECT_EQ(kavcfg("fix --write"), (Result{0, repairs}));
+  EXPECT_EQ(get_file("ups.cfg"), right);
+  EXPECT_EQ(kavcfg("fix --write sysdownmin"), (Result{0, "ups.cfg:2: SysDownMin: becomes SysDownMins\n"}));
+  EXPECT_EQ(get_file("ups.cfg").substr(right.find("SysDownMin"), 12), "SysDownMins=");
+  const std::pair<std::string, std::string> others[] = {
+      {"UpsLocation=a\rCheckRate=5\r", "UpsLocation=a\nCheckRate=5\n"},
+      {"CheckRate=5\nCheckRate=6\n", "CheckRate=5\nCheckRate=6\n"},
+      {"a=[\n# [x\nUpsID=1\nUpsID=1\n", "a=[\n# [x\nUpsID=1\nUpsID=1\n"},
+      {"SmtpPassword=\t\r\x01\nPASSWORD=\r\n", "SmtpPassword=\t\r\x01\nPASSWORD=\r\n"},
+      {"[site]\nUpsID=1\nUpsID=1", "[site]\nUpsID=1\nUpsID=1"},
+  };
+  for (const auto &[before, after] : others) {
+    put_file("ups.cfg", before);
+    EXPECT_EQ(kavcfg("fix --write").status, 0);
+    EXPECT_EQ(get_file("ups.cfg"), after);
+  }
+  put_file("ups.cfg", "SysDownMin=5\nSysDownMins=6\n");
+  EXPECT_EQ(kavcfg("fix --write SysDownMin").status, 1) << "the right key is there already";
+
+  // what is repaired is silent, and has nothing left to repair
+  put_file("ups.cfg", "\xEF\xBB\xBF" + sound("# a [\r\nUpsLocation=a\tb\r\nCheckRate=5\r\nCheckRate=5\r\n"));
+  EXPECT_EQ(kavcfg("fix --write").status, 0);
+  EXPECT_EQ(kavcfg("check"), (Result{0, ""}));
+  EXPECT_EQ(kavcfg("fix --write"), (Result{0, ""}));
+}
+
 TEST_F(Kavcfg, TellsThatAModelStandsAfterTheFirst500) {
   ASSERT_EQ(
       run_shell("awk '/^K-TRN010VQ-100/ {for (i = 0; i < 500; ++i) print \"X\" i substr($0, 6)} {print}' '" SAMPLE_TEXT
@@ -347,6 +389,7 @@ TEST_F(Kavcfg, EndsWithAStatusAndOneLineThatNamesTheWord) {
       {"unset UpsID GarUpTime",    2, "GarUpTime: follows from other keys"},
       {"job lst 1",                2, "unknown command 'job lst'"},
       {"job add 1",                2, "'job add' needs an argument"},
+      {"fix",                      2, "'fix' needs --dry-run or --write"},
       {"timeline 25",              2, "25: no such event"},
       {"set PASSWORD",             1, "PASSWORD: standard input has no line"},
       {"get PASSWORD",             1, "PASSWORD: a password is not printed"},

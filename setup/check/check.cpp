@@ -43,7 +43,9 @@ void check_setting(Walk &walk, const Setting &setting, std::string_view text) {
   char value[kValueBufferSize], whole[kValueBufferSize];
   get_value(text, value, kReadText);
   get_value_notrim(text, whole, kReadText);
-  if (std::string_view(whole).ends_with('\r')) return report(walk, &setting, carriage_return_label[language]);
+  const bool may_hold_any_byte = setting.kind == Kind::secret;
+  if (std::string_view(whole).ends_with('\r') && !may_hold_any_byte)
+    return report(walk, &setting, carriage_return_label[language]);
   const ProfileFault fault = XSurvives(kTmpTopic, setting.key, without_white_ends(whole));
   if (fault != ProfileFault::none && fault != ProfileFault::empty) return report(walk, &setting, fault_notice(fault));
   for (const std::string &reason : faults_of(setting, typed_text(setting, value), value)) {
@@ -86,10 +88,10 @@ void check_text(Walk &walk, std::string_view text) {
   }
 }
 
-// One file has one encoding. A stored password is bytes of any kind.
+// One file has one encoding.
 void check_encoding(Walk &walk, std::string_view text) {
   const Setting *setting = setting_of_line(text);
-  if (walk.is_piece || (setting != nullptr && setting->kind == Kind::secret)) return;
+  if (walk.is_piece) return;
   const bool utf8 = is_utf8(text);
   const bool euc_jp = is_euc_jp(text);
   if (utf8 && euc_jp) return;
@@ -103,13 +105,18 @@ void check_encoding(Walk &walk, std::string_view text) {
   if (first == 0) first = walk.line;
 }
 
-// What is wrong with the line's bytes, and makes another line of it than the person sees; false for nothing.
+// Tests the line's bytes; false when they make another line of it than the person sees.
 bool check_bytes(Walk &walk, const ProfileText &line) {
+  const Setting *setting = setting_of_line(line.text);
+  if (setting != nullptr && setting->kind == Kind::secret) return true;  // stored passwords are bytes of any kind
+  if (walk.found.windows_end == 0 && line.text.ends_with("\r\n")) walk.found.windows_end = line.number;
   const bool is_marked = line.number == 1 && line.text.starts_with(kByteOrderMark);
   const bool is_many = has_inner_return(line.text);
   if (is_marked) report(walk, nullptr, byte_order_label[language]);
   if (is_many) report(walk, nullptr, inner_return_label[language]);
-  return is_marked || is_many;
+  if (is_marked || is_many) return false;
+  check_encoding(walk, line.text);
+  return true;
 }
 
 void check_line(Walk &walk, const ProfileText &line) {
@@ -122,10 +129,7 @@ void check_line(Walk &walk, const ProfileText &line) {
   walk.is_piece = line.continues || is_rest;
   if (line.continues && !is_rest) report(walk, nullptr, filled(pieces_label, {std::to_string(kTextPiece)}));
   if (line.has_nul) report(walk, nullptr, nul_label[language]);
-  if (walk.found.windows_end == 0 && line.text.ends_with("\r\n")) walk.found.windows_end = line.number;
-  if (check_bytes(walk, line)) return;
-  check_encoding(walk, line.text);
-  check_text(walk, line.text);
+  if (check_bytes(walk, line)) check_text(walk, line.text);
 }
 
 struct Line {

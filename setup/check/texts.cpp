@@ -66,3 +66,12 @@ Label folder_label = {"there is no directory %s", "ディレクトリ %s があ�
 Label default_password_label = {"is the default password", "既定値のパスワードです。"};
 Label windows_end_label = {"has a Windows line end: with these a save makes 'upsdata..dat' of 'upsdata.csv'",
                            "行末が Windows の形です。保存すると 'upsdata.csv' から 'upsdata..dat' を作ります。"};
+
+Label mark_removed_label = {"the byte order mark goes", "バイト順マークを削除します。"};
+Label returns_removed_label = {"from here on, carriage returns go or become line ends",
+                               "ここから復帰文字を削除するか、行の区切りにします。"};
+Label comment_changed_label = {"';' begins the comment, since '#' lets its '[' hide lines",
+                               "コメントの '[' が行を隠さないように '#' を ';' にします。"};
+Label key_changed_label = {"becomes %s", "%s にします。"};
+Label tabs_removed_label = {"the tabs in its value go", "値の中のタブを削除します。"};
+Label repeat_removed_label = {"goes, since an earlier line says the same", "前の行と同じため、削除します。"};

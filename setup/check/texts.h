@@ -50,3 +50,7 @@ extern Label mail_missing_label;   // the same, %s key
 extern Label no_message_label;     // the same, %s number of the message, %s file
 extern Label folder_label;         // %s directory
 extern Label default_password_label, windows_end_label;
+
+// Repairs
+extern Label mark_removed_label, returns_removed_label, comment_changed_label, tabs_removed_label, repeat_removed_label;
+extern Label key_changed_label;  // %s key

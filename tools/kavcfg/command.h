@@ -19,6 +19,7 @@ struct Options {
   const char *file = nullptr;  // the configuration
   bool json = false;           // one JSON object on standard output
   bool dry_run = false;        // nothing is written
+  bool write = false;          // the repairs are written
   bool diff = false;           // what changes is printed
   bool keys = false;           // the keys alone
   bool strict = false;         // a warning is a fault
@@ -58,4 +59,5 @@ int set(const Arguments &arguments);
 int apply(const Arguments &arguments);
 int unset(const Arguments &arguments);
 int make_new(const Arguments &arguments);
+int fix(const Arguments &arguments);
 int job(const Arguments &arguments);

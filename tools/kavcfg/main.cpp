@@ -110,10 +110,11 @@ constexpr Command kCommands[] = {
   { "apply",       1,    1,   false, apply    },
   { "unset",       1,   -1,   false, unset    },
   { "new",         0,   -1,   false, make_new },
+  { "fix",         0,   -1,   false, fix      },
   { "job",         2,   -1,   false, job      },
 };  // clang-format on
 
-enum LongOption { kJapanese = 256, kHelp, kVersion, kJson, kDryRun, kDiff, kKeys, kStrict };
+enum LongOption { kJapanese = 256, kHelp, kVersion, kJson, kDryRun, kDiff, kKeys, kStrict, kWrite };
 constexpr option kLongOptions[] = {
     // clang-format off
     {"japanese", no_argument, nullptr, kJapanese},
@@ -124,6 +125,7 @@ constexpr option kLongOptions[] = {
     {"diff",     no_argument, nullptr, kDiff},
     {"keys",     no_argument, nullptr, kKeys},
     {"strict",   no_argument, nullptr, kStrict},
+    {"write",    no_argument, nullptr, kWrite},
     {nullptr,    0,           nullptr, 0},
     // clang-format on
 };
@@ -208,6 +210,9 @@ int take_option(int letter, const char *word) {
       return kGood;
     case kKeys:
       options.keys = true;
+      return kGood;
+    case kWrite:
+      options.write = true;
       return kGood;
     case kStrict:
       options.strict = true;

@@ -10,6 +10,7 @@ Label usage_label = {
     "|  unset KEY...         back to the defaults"
     "|  new [KEY=VALUE...]   a new configuration with the defaults"
     "|  check                test the whole file: FILE:LINE: KEY: FAULT, warnings begin with warning:"
+    "|  fix [KEY...]         safe repairs (--dry-run: tell them, --write: make them); of misspelt keys those given"
     "|  events               print the jobs of each event"
     "|  timeline EVENT       draw when the jobs of an event run"
     "|  job list EVENT       print the jobs of an event, by number"
@@ -40,6 +41,7 @@ Label usage_label = {
     "|  unset KEY...         既定値に戻す"
     "|  new [KEY=VALUE...]   既定値で新しい設定ファイルを作成"
     "|  check                ファイル全体を検査 (FILE:LINE: KEY: FAULT、警告は warning: で始まる)"
+    "|  fix [KEY...]         安全な修正 (--dry-run: 表示、--write: 実行)、キーの誤りは指定したものだけ"
     "|  events               各イベントのジョブを表示"
     "|  timeline EVENT       イベントのジョブの実行時刻を図で表示"
     "|  job list EVENT       イベントのジョブを番号順に表示"
@@ -88,6 +90,9 @@ Label follower_label = {"follows from other keys, it can't be set", "ほかの�
 Label not_json_label = {"this is no JSON", "JSON ではありません。"};
 Label not_simple_label = {"%s: a text, a number, true, false or null is needed",
                           "%s: 文字列、数値、true、false、null のどれかが必要です。"};
+
+Label fix_how_label = {"'fix' needs --dry-run or --write", "'fix' には --dry-run か --write が必要です。"};
+Label not_misspelt_label = {"%s: is no misspelt key that can be changed", "%s: 修正できるキーの誤りではありません。"};
 
 Label no_such_event_label = {"%s: no such event, there are 0 to 24", "%s: このイベントはありません (0 から 24)。"};
 Label no_such_job_label = {"%s has no job %s", "%s にジョブ %s はありません。"};

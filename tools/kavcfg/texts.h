@@ -22,6 +22,10 @@ extern Label follower_label;    // follows from other keys
 extern Label not_json_label;    // of a text to apply
 extern Label not_simple_label;  // %s key
 
+// Of repairs
+extern Label fix_how_label;
+extern Label not_misspelt_label;  // %s key
+
 // Of jobs
 extern Label no_such_event_label;                         // %s word
 extern Label no_such_job_label;                           // %s key, %s number

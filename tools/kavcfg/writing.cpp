@@ -7,12 +7,14 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "setup/check/repair.h"
 #include "setup/configuration/changes.h"
 #include "setup/configuration/configuration.h"
 #include "tools/kavcfg/command.h"
 #include "tools/kavcfg/texts.h"
 #include "util/charset.h"
 #include "util/files.h"
+#include "util/text.h"
 
 namespace {
 
@@ -256,4 +258,23 @@ int make_new(const Arguments &arguments) {
   std::vector<Change> changes;
   const int status = read_arguments(arguments, changes);
   return status == kGood ? tell_result(create_configuration(options.file, changes, deed()), "") : status;
+}
+
+int fix(const Arguments &arguments) {
+  if (options.dry_run == options.write) return misuse(fix_how_label[language]);
+  SaveLock lock;
+  std::string content;
+  if (options.write && !lock_for_saving(options.file, lock)) {
+    return tell_outcome(Outcome::file_unwritable, errno, options.file);
+  }
+  if (!read_file(options.file, content)) return tell_outcome(Outcome::file_unreadable, errno, options.file);
+  std::vector<KeyFinding> repairs;
+  const std::string text = repaired(content, arguments, repairs);
+  for (const std::string &key : arguments) {
+    const auto has_key = [&](const KeyFinding &repair) { return stricmp(repair.key, key) == 0; };
+    if (std::ranges::none_of(repairs, has_key)) return complain(kRefused, filled(not_misspelt_label, {key}));
+  }
+  for (const KeyFinding &repair : repairs) print_finding(stdout, options.file, repair);
+  const bool done = options.dry_run || replace_file(options.file, text);
+  return done ? kGood : tell_outcome(Outcome::file_unwritable, errno, options.file);
 }
