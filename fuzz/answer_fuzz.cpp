@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "fuzz/fuzz.h"
+#include "setup/detection/detection.h"
 #include "setup/settings/models.h"
 #include "setup/settings/settings.h"
-#include "setup/upsprobe.h"
 #include "unixtools/portprobe.h"
 
 namespace {

@@ -20,15 +20,3 @@ int draw_found_frame(WINDOW *parent, int32_t attr, const char *file, const char 
                      const char *model);
 // Nothing was found: again or by hand, no memory.
 int draw_notfound_menu(WINDOW *parent);
-
-inline constexpr int kNoModelAnswer = -13;
-// The model code of an answer "%M<code>\r" into `dst` (`size` bytes; what does not fit is cut): 1, also for an empty
-// answer; kNoModelAnswer for one that does not begin with "%M"; 0 for null or no size.
-int prepare_string(char *dst, int size, const char *answer);
-// The name of the first model whose name contains `text`, or the display name of a code that is translated before.
-// `dst`
-// (`size` bytes); null when there is none or it does not fit.
-char *check_model_list(char *dst, int size, const char *text);
-// The display name of the first model code that contains `code`, `code` itself when there is none or it does not fit.
-// Returns `dst`.
-char *get_model_string(char *dst, int size, const char *code);

@@ -367,6 +367,28 @@ TEST_F(Kavcfg, DrawsTheJobsOfAnEventOverTime) {
             "   The shutdown begins                    ------------------------------------|\n");
 }
 
+// Runs probe where the serial ports are simulated.
+Result probe(const std::string &ports, const std::string &options, const std::string &before = "true") {
+  return run_shell("'" TRY_DETECTION "' -b '" BUILD_FOLDER "' " + ports + " sh -c \"" + before + "; exec " + options +
+                   " '" KAVCFG_PROGRAM "' -u '" KAVCFG_DATABASE "' probe\"");
+}
+
+TEST_F(Kavcfg, ProbeTellsTheModelOrTheReasonOfEachPort) {
+  constexpr int kNoNamespace = 77;
+  const Result found =
+      probe("-0 absent -2 '--model K-TRN010VQ12' -3 '--answer XX\\r'", "env", "echo $$ >/var/lock/LCK..ttyS1");
+  if (found.status == kNoNamespace && std::getenv("CI") == nullptr) GTEST_SKIP();
+  EXPECT_EQ(found.status, 0);
+  const std::string pid = found.output.substr(found.output.find("process ") + 8);
+  EXPECT_EQ(found.output, "/dev/ttyS0: No such file or directory\n/dev/ttyS1: locked by process " +
+                              pid.substr(0, pid.find('\n')) +
+                              "\n/dev/ttyS2: K-TRN010VQ-110\n/dev/ttyS3: unknown answer 'XX?'\n");
+  EXPECT_EQ(probe("-0 absent -1 absent -2 absent -3 ''", "setpriv --bounding-set=-dac_override", "chmod 0 /dev/ttyS3"),
+            (Result{1,
+                    "/dev/ttyS0: No such file or directory\n/dev/ttyS1: No such file or directory\n"
+                    "/dev/ttyS2: No such file or directory\n/dev/ttyS3: permission denied\n"}));
+}
+
 TEST_F(Kavcfg, EndsWithAStatusAndOneLineThatNamesTheWord) {
   const struct {
     const char *words;

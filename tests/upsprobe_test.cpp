@@ -2,9 +2,9 @@
 
 #include <tuple>
 
+#include "setup/detection/detection.h"
 #include "setup/settings/models.h"
 #include "setup/settings/settings.h"
-#include "setup/upsprobe.h"
 #include "util/text.h"
 
 namespace {

@@ -131,7 +131,7 @@ int ask_port(char *buf, int size, int port, const char *path, const char *reques
   const std::unique_ptr<char[]> answer(new (std::nothrow) char[kMaxAnswer + 1]);
   if (answer == nullptr) return report_failure(buf, size, 0, "malloc(): ");
   const size_t length = read_answer(port, answer.get());
-  if (length == 0) return report_failure(buf, size, -12, "read(): ");
+  if (length == 0) return report_failure(buf, size, kPortSilent, "read(): ");
   answer[length] = '\0';
   build_ret_str(buf, size, answer.get(), nullptr);
   return 1;
@@ -209,7 +209,7 @@ int check_lockfile(char *buf, int size, const char *path) {
   cpynstr(number, first_number({bytes, static_cast<size_t>(length)}));
   if (process_is_gone(number)) return 1;
   build_ret_str(buf, size, "locked to ", number, nullptr);
-  return -5;
+  return kPortLocked;
 }
 
 void set_comm_mode(termios *settings) {

@@ -21,6 +21,9 @@
 
 #include <termios.h>
 
+inline constexpr int kPortLocked = -5;
+inline constexpr int kPortSilent = -12;
+
 inline constexpr int kMaxAnswer = 128;        // bytes of an answer, without the terminator
 inline constexpr int kDevicePathSize = 512;   // bytes of a device path, with the terminator
 inline constexpr int kLockFilePathSize = 64;  // bytes of a lock file's path, with the terminator

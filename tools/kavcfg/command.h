@@ -54,6 +54,7 @@ int events(const Arguments &arguments);
 int timeline(const Arguments &arguments);
 int diff(const Arguments &arguments);
 int explain(const Arguments &arguments);
+int probe(const Arguments &arguments);
 int schema(const Arguments &arguments);
 int set(const Arguments &arguments);
 int apply(const Arguments &arguments);

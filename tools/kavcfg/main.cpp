@@ -106,6 +106,7 @@ constexpr Command kCommands[] = {
   { "diff",        0,    1,   true,  diff     },
   { "explain",     1,    1,   true,  explain  },
   { "schema",      0,    0,   false, schema   },
+  { "probe",       0,    0,   false, probe    },
   { "set",         1,   -1,   false, set      },
   { "apply",       1,    1,   false, apply    },
   { "unset",       1,   -1,   false, unset    },

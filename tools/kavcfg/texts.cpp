@@ -18,6 +18,7 @@ Label usage_label = {
     "|  job remove EVENT NUMBER"
     "|  diff [OLD]           what differs from the file OLD, or from the defaults"
     "|  explain KEY          what is known of a setting"
+    "|  probe                look for a UPS on the serial ports"
     "|  schema               JSON Schema of what apply takes"
     "|A new UpsModel brings its line settings, its ratings and the default jobs of all"
     "|events along, but for what is given beside it."
@@ -49,6 +50,7 @@ Label usage_label = {
     "|  job remove EVENT NUMBER"
     "|  diff [OLD]           ファイル OLD または既定値との違いを表示"
     "|  explain KEY          設定の説明を表示"
+    "|  probe                COM ポートの UPS を検出"
     "|  schema               apply が受け付けるものの JSON Schema"
     "|UpsModel を変更すると、通信条件、定格、全イベントの既定ジョブも"
     "|変わります。同時に指定した値はそのまま使います。"
@@ -107,3 +109,9 @@ Label shutdown_begins_label = {"The shutdown begins", "シャットダウン開�
 Label system_down_label = {"The system is down", "システム停止"};
 Label ups_off_label = {"The UPS is off", "UPS 停止"};
 Label battery_empty_label = {"The battery is empty", "バッテリ切れ"};
+
+Label unknown_answer_label = {"unknown answer '%s'", "未知の応答 '%s'"};
+Label no_answer_label = {"no answer", "応答がありません。"};
+Label locked_label = {"locked by process %s", "プロセス %s が使用しています。"};
+Label held_label = {"in use by another program", "ほかのプログラムが使用しています。"};
+Label permission_label = {"permission denied", "使用する権限がありません。"};

@@ -35,3 +35,8 @@ extern Label no_room_label;                               // %s key
 extern Label seconds_label, minutes_label, hours_label;   // %s number
 // Of what follows a power failure
 extern Label shutdown_begins_label, system_down_label, ups_off_label, battery_empty_label;
+
+// Of ports
+extern Label unknown_answer_label;  // %s answer
+extern Label no_answer_label, held_label, permission_label;
+extern Label locked_label;  // %s number of the process
