@@ -11,6 +11,7 @@
 
 #include "corbix/profile_list.h"
 #include "util/files.h"
+#include "util/memory.h"
 #include "util/text.h"
 
 namespace {
@@ -28,30 +29,14 @@ constexpr unsigned char codeKey[] = {0x3C, 0x91, 0x5E, 0x07, 0xA2, 0xD4, 0x68, 0
 // The profile of the simple calls. Filled by XOpenProfile, emptied by XCloseProfile.
 ProfileRecord OpProfile{};
 
-// The standard library and replace_file() tell by an exception that memory ran out; our callers know 0 for it.
-template <typename Operation>
-int or_out_of_memory(Operation operation) {
-  try {
-    return operation();
-  } catch (const std::bad_alloc &) {
-    return 0;
-  }
-}
-
-// ---- Coded lines ----------------------------------------------------------------------------------------------------
+// --- coded lines
 
 // Coding and decoding are the same; the key starts anew with every line.
 char coded(char c, size_t position) {
   return static_cast<char>(static_cast<unsigned char>(c) ^ codeKey[position % sizeof codeKey]);
 }
 
-void append_coded(std::string &output, std::string_view text) {
-  size_t position = 0;
-  for (const char c : text) output += coded(c, position++);
-  for (const char c : kCodedEnd) output += coded(c, position++);
-}
-
-// Decodes the next byte of a line behind the `length` bytes that it has. True when that completes the line: it has lost
+// Decodes the next byte of a line after the `length` bytes that it has. True when that completes the line: it has lost
 // its "\r\n" then.
 bool decode_byte(char byte, char *line, size_t &length) {
   line[length] = coded(byte, length);
@@ -75,7 +60,7 @@ bool decode_piece(char *bytes) {
   return !may_end;
 }
 
-// Decodes the line at `at` in place and moves `at` behind it. True when it is complete, with its "\r\n" or by its
+// Decodes the line at `at` in place and moves `at` past it. True when it is complete, with its "\r\n" or by its
 // length.
 bool decode_line(std::string &content, size_t &at, size_t &length) {
   char *line = content.data() + at;
@@ -94,7 +79,7 @@ bool decode_line(std::string &content, size_t &at, size_t &length) {
   return complete || used == kCodedPiece;
 }
 
-// ---- Reading --------------------------------------------------------------------------------------------------------
+// --- reading
 
 int read_all_lines(ProfileRecord *record) {
   std::string &content = record->pool.content;
@@ -109,7 +94,7 @@ int read_all_lines(ProfileRecord *record) {
   return 1;
 }
 
-// Decodes in place. Kept: behind the last line's end comes one empty line, and a line of 1023 bytes loses its end.
+// Decodes in place. Kept: after the last line's end comes one empty line, and a line of 1023 bytes loses its end.
 int read_all_coded_lines(ProfileRecord *record) {
   std::string &content = record->pool.content;
   LineReading reading = {record, nullptr, 0, !is_topics(record->mode), false};
@@ -157,7 +142,7 @@ int _open_profile(ProfileRecord *record, const char *file, int mode, std::string
   record->out_of_memory = 0;
   record->first = {};
   if (!initHashTable(&record->hash)) return 0;
-  record->is_open = or_out_of_memory([&] {
+  record->is_open = in_memory([&] {
     record->pool.content = text;
     return load_profile(record);
   });
@@ -165,7 +150,7 @@ int _open_profile(ProfileRecord *record, const char *file, int mode, std::string
   return record->is_open;
 }
 
-// ---- Writing --------------------------------------------------------------------------------------------------------
+// --- writing
 
 // Gives each text that goes into the file to `take`.
 template <typename Take>
@@ -204,7 +189,7 @@ int _close_profile(ProfileRecord *record) {
   if (record == nullptr || !record->is_open) return 0;
   int result = 1;
   if (is_write(record->mode) && record->modified) {
-    result = !record->out_of_memory && or_out_of_memory([&] { return save_profile(record); });
+    result = !record->out_of_memory && in_memory([&] { return save_profile(record); });
   }
   free_profile(record);
   return result;
@@ -218,7 +203,7 @@ int close_handle(ProfileHandle *handle, int (*close)(ProfileRecord *)) {
   return result;
 }
 
-// ---- Getting and setting --------------------------------------------------------------------------------------------
+// --- getting and setting
 
 using Extraction = int (*)(std::string_view line, char *out, int mode);
 
@@ -239,7 +224,7 @@ int _get_private_profile_string_notrim(ProfileRecord *record, const char *topic,
   return get_string(record, topic, key, buffer, get_value_notrim);
 }
 
-// A new value for an entry, with the line's trailing comment behind it in merge modes.
+// A new value for an entry, with the line's trailing comment after it in merge modes.
 int replace_value(ProfileRecord *record, ProfileLine *line, std::string_view key, std::string_view value) {
   std::string new_value(value);
   std::string_view comment;
@@ -250,23 +235,7 @@ int replace_value(ProfileRecord *record, ProfileLine *line, std::string_view key
   return set_line_text(line, format_line(text.data(), key, new_value, record->mode), record->hash);
 }
 
-int set_in_topic(ProfileRecord *record, ProfileLine *topic_line, std::string_view key, std::string_view value) {
-  ProfileLine *line = search_entry(topic_line->next, key, record->mode);
-  if (line != nullptr && !value.empty()) return replace_value(record, line, key, value);
-  if (line != nullptr) {
-    delete_line(line, record->hash);
-    return 1;
-  }
-  if (key.empty() && value.empty()) {
-    delete_topic(topic_line, record->hash);
-    return 1;
-  }
-  if (key.empty() || value.empty()) return 0;
-  return new_entry(topic_line, key, value, record->mode) != nullptr;
-}
-
 int set_in_new_topic(ProfileRecord *record, std::string_view topic, std::string_view key, std::string_view value) {
-  if (key.empty() || value.empty()) return 0;
   ProfileLine *topic_line = new_topic(&record->first, topic, record->hash);
   if (topic_line == nullptr) return 0;
   if (new_entry(topic_line, key, value, record->mode) != nullptr) return 1;
@@ -278,26 +247,39 @@ int set_in_new_topic(ProfileRecord *record, std::string_view topic, std::string_
 
 bool has_line_feed(std::string_view text) { return text.find('\n') != std::string_view::npos; }
 
+// Deletes the line, or without a key the topic; 0 when there is neither.
+int delete_setting(ProfileRecord *record, ProfileLine *topic_line, ProfileLine *line, std::string_view key) {
+  if (line != nullptr) {
+    delete_line(line, record->hash);
+  } else if (topic_line != nullptr && key.empty()) {
+    delete_topic(topic_line, record->hash);
+  } else {
+    return 0;
+  }
+  return 1;
+}
+
 int set_string(ProfileRecord *record, std::string_view topic, std::string_view key, std::string_view value) {
   if (key.size() + value.size() + 1 > kValueBufferSize) return 0;
   if (has_line_feed(topic) || has_line_feed(key) || has_line_feed(value)) return 0;
   ProfileLine *topic_line = search_topic(&record->first, topic, record->hash, record->mode);
-  const int result = topic_line != nullptr ? set_in_topic(record, topic_line, key, value)
-                                           : set_in_new_topic(record, topic, key, value);
-  if (result) record->modified = 1;
-  if (!result && !key.empty() && !value.empty()) record->out_of_memory = 1;
-  return result;
+  ProfileLine *line = topic_line != nullptr ? search_entry(topic_line->next, key, record->mode) : nullptr;
+  if (key.empty() && !value.empty() && line == nullptr) return 0;
+  const bool set = in_memory([&] {
+    if (value.empty()) return delete_setting(record, topic_line, line, key);
+    if (line != nullptr) return replace_value(record, line, key, value);
+    if (topic_line == nullptr) return set_in_new_topic(record, topic, key, value);
+    return new_entry(topic_line, key, value, record->mode) != nullptr ? 1 : 0;
+  });
+  if (set) record->modified = 1;
+  if (!set && !value.empty()) record->out_of_memory = 1;  // nothing else is in its way any more
+  return set;
 }
 
 int _set_private_profile_string(ProfileRecord *record, const char *topic, const char *key, const char *value) {
   if (record == nullptr || !record->is_open || !is_write(record->mode)) return 0;
   if (topic == nullptr || key == nullptr || value == nullptr) return 0;
-  try {
-    return set_string(record, topic, key, value);
-  } catch (const std::bad_alloc &) {
-    record->out_of_memory = 1;
-    return 0;
-  }
+  return set_string(record, topic, key, value);
 }
 
 int read_once(const char *topic, const char *key, char *buffer, const char *file, int mode) {
@@ -320,7 +302,7 @@ int write_once(const char *topic, const char *key, const char *value, const char
 
 int GetMaxCfgBuf() { return kValueBufferSize; }
 
-// ---- The one profile of the simple calls ----------------------------------------------------------------------------
+// --- the one profile of the simple calls
 
 int XOpenProfile(const char *file, int mode) { return _open_profile(&OpProfile, file, mode); }
 
@@ -348,7 +330,7 @@ int XSetPrivateProfileStringNoTrim(const char *topic, const char *key, const cha
   return _set_private_profile_string(&OpProfile, topic, key, value);
 }
 
-// ---- Profiles by handle ---------------------------------------------------------------------------------------------
+// --- profiles by handle
 
 ProfileHandle XOpenProfileEx(const char *file, int mode) {
   auto record = std::unique_ptr<ProfileRecord>(new (std::nothrow) ProfileRecord{});
@@ -389,7 +371,7 @@ bool XNextLineEx(ProfileHandle handle, ProfileText &line) {
   return true;
 }
 
-// ---- One operation on a file ----------------------------------------------------------------------------------------
+// --- one operation on a file
 
 int XReadPrivateProfileString(const char *topic, const char *key, char *buffer, const char *file) {
   return read_once(topic, key, buffer, file, kReadText);
@@ -415,7 +397,7 @@ int XWriteMergePrivateProfileString(const char *topic, const char *key, const ch
   return write_once(topic, key, value, file, kWriteMerge);
 }
 
-// ---- What the format can't give back --------------------------------------------------------------------------------
+// --- what the format can't give back
 
 namespace {
 
@@ -448,10 +430,16 @@ ProfileFault XSurvives(std::string_view topic, std::string_view key, std::string
   return value.starts_with(' ') || value.ends_with(' ') ? ProfileFault::blank : ProfileFault::none;
 }
 
-// ---- Coded files ----------------------------------------------------------------------------------------------------
+// --- coded files
+
+void append_coded(std::string &output, std::string_view text) {
+  size_t position = 0;
+  for (const char c : text) output += coded(c, position++);
+  for (const char c : kCodedEnd) output += coded(c, position++);
+}
 
 int fwriteln(FILE *stream, std::string_view text) {
-  return or_out_of_memory([&] {
+  return in_memory([&] {
     std::string line;
     append_coded(line, text);
     return static_cast<int>(std::fwrite(line.data(), line.size(), 1, stream));
@@ -474,7 +462,7 @@ char *freadln(FILE *stream, char *buffer, int limit) {
 
 int WriteInitialLine(const char *file, const char *text, int kind) {
   if (file == nullptr || text == nullptr) return 0;
-  return or_out_of_memory([&] {
+  return in_memory([&] {
     std::string line;
     if (kind == kWriteText) {
       line = text;
@@ -485,7 +473,7 @@ int WriteInitialLine(const char *file, const char *text, int kind) {
   });
 }
 
-// ---- The library itself ---------------------------------------------------------------------------------------------
+// --- the library itself
 
 int XIsReadProfileMode(int mode) { return is_valid_mode(mode) && !is_write(mode); }
 

@@ -7,13 +7,14 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <string>
 #include <string_view>
 
 struct ProfileLine;
 struct ProfileRecord;
 using ProfileHandle = ProfileRecord *;
 
-// ---- Numbers and names ----------------------------------------------------------------------------------------------
+// --- numbers and names
 
 // How a file is opened.
 enum ProfileMode : int {
@@ -41,7 +42,7 @@ inline constexpr const char *kTmpTopic = "@$tmp_topic$@";
 // The start of the keys that nameless lines get: "@$tmp_key$@00000" is the first one of its topic.
 inline constexpr const char *kTmpKey = "@$tmp_key$@";
 
-// ---- The one profile of the simple calls ----------------------------------------------------------------------------
+// --- the one profile of the simple calls
 
 // Opens `file` in a ProfileMode. A write mode creates a missing file and gives an empty one its first comment line.
 // While a profile is open, another open gives 1 and changes nothing: close first.
@@ -72,7 +73,7 @@ int XGetPrivateProfileStringNoTrim(const char *topic, const char *key, char *buf
 int XSetPrivateProfileString(const char *topic, const char *key, const char *value, const char *file);
 int XSetPrivateProfileStringNoTrim(const char *topic, const char *key, const char *value, const char *file);
 
-// ---- Profiles by handle ---------------------------------------------------------------------------------------------
+// --- profiles by handle
 
 // As the simple calls, on a profile of the caller's. XOpenProfileEx returns null where XOpenProfile gives 0;
 // XCloseProfileEx and XDiscardProfileEx free the profile and set the handle to null in every case.
@@ -97,10 +98,10 @@ struct ProfileText {
 bool XNextLine(ProfileText &line);
 bool XNextLineEx(ProfileHandle handle, ProfileText &line);
 
-// ---- One operation on a file: open, get or set, close ---------------------------------------------------------------
+// --- one operation on a file: open, get or set, close
 
-// Plain, coded ("InCoded") and merge profiles. The result is that of the operation: whether the close
-// could write the file is not told.
+// Plain, coded ("InCoded") and merge profiles. The result is that of the operation: whether the close could write the
+// file is not told.
 int XReadPrivateProfileString(const char *topic, const char *key, char *buffer, const char *file);
 int XReadInCodedPrivateProfileString(const char *topic, const char *key, char *buffer, const char *file);
 int XReadMergePrivateProfileString(const char *topic, const char *key, char *buffer, const char *file);
@@ -108,7 +109,7 @@ int XWritePrivateProfileString(const char *topic, const char *key, const char *v
 int XWriteInCodedPrivateProfileString(const char *topic, const char *key, const char *value, const char *file);
 int XWriteMergePrivateProfileString(const char *topic, const char *key, const char *value, const char *file);
 
-// ---- What the format can't give back --------------------------------------------------------------------------------
+// --- what the format can't give back
 
 // Why a setting would not come back.
 enum class ProfileFault {
@@ -119,7 +120,7 @@ enum class ProfileFault {
   too_long,   // refused, or cut where lines are cut on reading
   line_feed,  // refused, in the topic too
   nul,        // the value ends there
-  bracket,    // "[" ends the topic: this setting and those behind it are hidden
+  bracket,    // "[" ends the topic: this setting and those after it are hidden
   tab,        // tabs are dropped
   blank,      // blanks at the ends are cut
 };
@@ -128,19 +129,20 @@ enum class ProfileFault {
 // Texts, not null; any byte may stand in them.
 [[nodiscard]] ProfileFault XSurvives(std::string_view topic, std::string_view key, std::string_view value);
 
-// ---- Coded files ----------------------------------------------------------------------------------------------------
+// --- coded files
 
-// Writes `text` and "\r\n" as one coded line. 0 when the stream did not take it.
+// Append, or write, `text` and "\r\n" as one coded line. 0 when the stream did not take it.
+void append_coded(std::string &output, std::string_view text);
 int fwriteln(FILE *stream, std::string_view text);
 
 // Reads one coded line of up to `limit` bytes (files: kCodedPiece) into `buffer` (limit + 1 bytes; terminated, without
-// its "\r\n"); a longer one comes in pieces. Behind the last "\r\n" comes one empty line more, then null and "".
+// its "\r\n"); a longer one comes in pieces. After the last "\r\n" comes one empty line more, then null and "".
 char *freadln(FILE *stream, char *buffer, int limit);
 
 // Makes `file` hold `text` alone: kind kWriteText as plain text without a line end, any other one as a coded line.
 int WriteInitialLine(const char *file, const char *text, int kind);
 
-// ---- The library itself ---------------------------------------------------------------------------------------------
+// --- the library itself
 
 // 1 for the modes that only read.
 int XIsReadProfileMode(int mode);

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <map>
-#include <memory>
 
 #include "corbix/profile_line.h"
 #include "corbix/xconfig.h"
@@ -33,10 +31,6 @@ bool is_text(std::string_view content) {
   if (first != lines.end() && first->starts_with('[')) return true;
   return std::ranges::none_of(content, is_control) && std::ranges::any_of(lines, is_topic);
 }
-
-struct Freer {
-  void operator()(char *memory) const { std::free(memory); }
-};
 
 // The line of each section's first title, by its name.
 using FirstLines = std::map<std::string, int, CaseBlind>;
@@ -81,20 +75,14 @@ int check_lines(std::string_view text, std::vector<Finding> &findings) {
     const char *fault = fault_of_line(line);
     if (fault != nullptr) findings.push_back({number, "", "line", fault});
   }
-  return findings.size() == before ? 1 : 0;
+  return findings.size() == before;
 }
 
 int code_text(std::string_view text, std::string &coded, std::vector<Finding> &findings) {
-  char *memory = nullptr;
-  size_t size = 0;
-  Stream stream(open_memstream(&memory, &size));
-  if (stream == nullptr) return 0;
-  int good = check_lines(text, findings);
-  for (const std::string_view line : lines_of(text)) good &= fwriteln(stream.get(), line);
-  good &= std::fclose(stream.release()) == 0 ? 1 : 0;
-  const std::unique_ptr<char, Freer> content(memory);
-  if (good) coded.assign(memory, size);
-  return good;
+  if (!check_lines(text, findings)) return 0;
+  coded.clear();
+  for (const std::string_view line : lines_of(text)) append_coded(coded, line);
+  return 1;
 }
 
 int decode_text(std::string_view coded, std::string &text) {
@@ -105,7 +93,7 @@ int decode_text(std::string_view coded, std::string &text) {
   while (stream != nullptr && freadln(stream.get(), line, kCodedPiece) != nullptr) lines.emplace_back(line);
   if (!lines.empty()) {
     if (!lines.back().empty()) return 0;
-    lines.pop_back();  // the empty line behind the last end
+    lines.pop_back();  // the empty line after the last end
   }
   text.clear();
   for (const std::string &decoded : lines) {

@@ -21,7 +21,7 @@ std::vector<std::string_view> lines_of(std::string_view text);
 // 1; or 0 when a line would not come back from its coded form: one of more than 1,022 bytes with its end, one that ends
 // in "\r\n", and one that holds a NUL. Each of them is appended to `findings`.
 [[nodiscard]] int check_lines(std::string_view text, std::vector<Finding> &findings);
-// Codes a text. 1; or 0, `coded` untouched, with what check_lines finds, or without memory.
+// Codes a text. 1; or 0, `coded` untouched, with what check_lines finds.
 [[nodiscard]] int code_text(std::string_view text, std::string &coded, std::vector<Finding> &findings);
 
 // Decodes a file. 1; or 0, `text` untouched, when it is no complete coded file. Lines that were coded without their

@@ -15,9 +15,9 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <utility>
 
+#include "util/memory.h"
 #include "util/trace.h"
 
 namespace {
@@ -479,16 +479,6 @@ bool lock_file(const char *path, SaveLock &lock, int wait) {
   }
   remove_given_up(target);
   return true;
-}
-
-// False when memory runs out: the standard library's strings throw then, our callers know results only.
-template <typename Work>
-bool in_memory(Work work) {
-  try {
-    return work();
-  } catch (const std::bad_alloc &) {
-    return fails_with(ENOMEM);
-  }
 }
 
 }  // namespace
