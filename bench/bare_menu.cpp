@@ -15,7 +15,7 @@ void draw_box(WINDOW *win, const char *title) {
 }
 
 void draw_menu(WINDOW *menu, int selected) {
-  for (int i = 0; i < 2; i++) {
+  for (int i = 0; i < 2; ++i) {
     wattrset(menu, i == selected ? COLOR_PAIR(1) | A_BOLD : COLOR_PAIR(4));
     mvwaddstr(menu, 3 + i, 20, kEntries[i]);
   }
@@ -40,7 +40,7 @@ int main() {
   WINDOW *menu = newwin(6, 72, 9, 4);
   keypad(menu, TRUE);
   wattrset(background, COLOR_PAIR(6));
-  for (int row = 0; row < 24; row++) mvwhline(background, row, 0, '#', 80);
+  for (int row = 0; row < 24; ++row) mvwhline(background, row, 0, '#', 80);
   draw_box(heading, "KAVLON Configuration");
   draw_box(menu, "KAVLON Configuration");
   mvwhline(menu, 2, 1, ACS_HLINE, 70);

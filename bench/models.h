@@ -26,11 +26,11 @@ inline std::string big_database() {
     text += line + "\n";
     const bool is_model = line.find("|POLL_") != std::string::npos;
     if (is_model && ++models == 1) {
-      for (int i = 40; i < kModels; i++) text += model_name(i) + line.substr(line.find('|')) + "\n";
+      for (int i = 40; i < kModels; ++i) text += model_name(i) + line.substr(line.find('|')) + "\n";
     }
   }
   std::string coded;
   std::vector<Finding> findings;
-  if (models != 40 || code_text(text, coded, findings) == 0) std::abort();
+  if (models != 40 || !code_text(text, coded, findings)) std::abort();
   return coded;
 }

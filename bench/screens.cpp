@@ -40,7 +40,7 @@ struct Place {
 // The arguments of a dialog with so many entries.
 Start dialog_menu(int entries) {
   Start start = {.options = {"--menu", "KAVLON Configuration", "22", "70", "14"}, .program = DIALOG};
-  for (int i = 0; i < entries; i++) start.options.insert(start.options.end(), {model_name(i), ""});
+  for (int i = 0; i < entries; ++i) start.options.insert(start.options.end(), {model_name(i), ""});
   return start;
 }
 
@@ -51,13 +51,13 @@ std::vector<Key> operator+(std::vector<Key> keys, const std::vector<Key> &more) 
 
 void measure_start(const std::vector<Place> &places) {
   std::vector<std::vector<double>> times(places.size());
-  for (int run = 0; run < kRuns; run++) {  // in turn, so that what else the machine does meets all alike
-    for (size_t i = 0; i < places.size(); i++) {
+  for (int run = 0; run < kRuns; ++run) {  // in turn, so that what else the machine does meets all alike
+    for (size_t i = 0; i < places.size(); ++i) {
       Terminal t;
       times[i].push_back(t.start(places[i].start).last_output);
     }
   }
-  for (size_t i = 0; i < places.size(); i++) print("start", places[i].program, median(times[i]));
+  for (size_t i = 0; i < places.size(); ++i) print("start", places[i].program, median(times[i]));
 }
 
 // The key so many times; its time, and the most bytes that one took.
@@ -68,7 +68,7 @@ void measure_key(const std::string &figure, Key key, int presses, const std::vec
     t.press(place.keys);
     std::vector<double> times;
     size_t bytes = 0;
-    for (int i = 0; i < presses; i++) {
+    for (int i = 0; i < presses; ++i) {
       const Timing timing = t.measure(key);
       times.push_back(timing.last_output);
       bytes = std::max(bytes, timing.bytes);
@@ -82,7 +82,7 @@ void measure_escape(const Start &session) {
   std::vector<double> times;
   Terminal t;
   open_new_session(t, session);
-  for (int run = 0; run < kRuns; run++) {
+  for (int run = 0; run < kRuns; ++run) {
     t.press({Enter});
     times.push_back(t.measure(Escape).last_output);
   }
@@ -124,7 +124,7 @@ double memory_of_bare_menu(const Start &bare) {
 // What the libraries have in memory differs from run to run by 100 kB.
 void measure_memory(const Start &session, const Start &bare) {
   std::vector<double> ours, others;
-  for (int run = 0; run < kRuns; run++) {
+  for (int run = 0; run < kRuns; ++run) {
     ours.push_back(memory_of_session(session));
     others.push_back(memory_of_bare_menu(bare));
   }

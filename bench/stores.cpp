@@ -34,17 +34,16 @@ void *open_profile(const char *path, bool for_writing) {
 bool get_profile(void *file, const Setting &s) {
   char value[kValueBufferSize];
   return XGetPrivateProfileStringEx(static_cast<ProfileHandle>(file), s.topic.c_str(), s.key.c_str(), value,
-                                    sizeof value) == 1;
+                                    sizeof value);
 }
 
 bool set_profile(void *file, const Setting &s, const char *value) {
-  return XSetPrivateProfileStringNoTrimEx(static_cast<ProfileHandle>(file), s.topic.c_str(), s.key.c_str(), value,
-                                          "") == 1;
+  return XSetPrivateProfileStringNoTrimEx(static_cast<ProfileHandle>(file), s.topic.c_str(), s.key.c_str(), value, "");
 }
 
 bool close_profile(void *file) {
   auto handle = static_cast<ProfileHandle>(file);
-  return XCloseProfileEx(&handle) == 1;
+  return XCloseProfileEx(&handle);
 }
 
 // --- a bare list of lines: what every reader that keeps the lines has to do at least
@@ -142,7 +141,7 @@ bool set_glib(void *file, const Setting &s, const char *value) {
 bool save_glib(void *file, const char *path) {
   gsize length = 0;
   gchar *text = g_key_file_to_data(static_cast<GKeyFile *>(file), &length, nullptr);
-  const bool saved = replace_file(path, {text, length}) == 1;
+  const bool saved = replace_file(path, {text, length});
   g_free(text);
   return saved;
 }
@@ -171,7 +170,7 @@ bool set_simpleini(void *file, const Setting &s, const char *value) {
 
 bool save_simpleini(void *file, const char *path) {
   std::string text;
-  return static_cast<CSimpleIniA *>(file)->Save(text) >= 0 && replace_file(path, text) == 1;
+  return static_cast<CSimpleIniA *>(file)->Save(text) >= 0 && replace_file(path, text);
 }
 
 bool close_simpleini(void *file) {
@@ -199,7 +198,7 @@ bool save_iniparser(void *file, const char *path) {
   FILE *stream = open_memstream(&text, &length);
   iniparser_dump_ini(static_cast<dictionary *>(file), stream);
   std::fclose(stream);
-  const bool saved = replace_file(path, {text, length}) == 1;
+  const bool saved = replace_file(path, {text, length});
   std::free(text);
   return saved;
 }
@@ -246,7 +245,7 @@ SettingsFile::SettingsFile(int64_t keys, int64_t topics) {
     text += key + "=value of setting " + std::to_string(i) + "\n";
     settings.push_back({topic, key, topic + ":" + key});
   }
-  if (replace_file(name, text) == 0) std::abort();
+  if (!replace_file(name, text)) std::abort();
 }
 
 SettingsFile::~SettingsFile() { unlink(path.c_str()); }

@@ -44,7 +44,7 @@ bool walk_topic_name(std::string_view line, Take take) {
   return inside;
 }
 
-// Copies `text` behind the first `length` characters of `out`, as far as a caller's buffer takes it.
+// Copies `text` after the first `length` characters of `out`, as far as a caller's buffer takes it.
 size_t append_bounded(char *out, size_t length, std::string_view text) {
   text = text.substr(0, kLongestText - length);
   std::copy(text.begin(), text.end(), out + length);
@@ -78,7 +78,7 @@ void copy_trimmed(std::string_view value, char *out) {
 
 }  // namespace
 
-// ---- Modes ----------------------------------------------------------------------------------------------------------
+// --- modes
 
 const unsigned ModeMask[kModeCount] = {
     // clang-format off
@@ -99,7 +99,7 @@ const unsigned ModeMask[kModeCount] = {
   kModeKeys | kModeTopics | kModeBinary | kModeWrite,                             // kWriteKeysCoded
 };  // clang-format on
 
-// ---- Questions to one line ------------------------------------------------------------------------------------------
+// --- questions to one line
 
 int is_topic(std::string_view line) {
   // Counts "["; one of them and then something else makes 2. Kept: a "[" as that something does, too ("[[]" is a

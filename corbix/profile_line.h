@@ -11,7 +11,7 @@
 #include "corbix/xconfig.h"
 #include "util/text.h"
 
-// ---- Modes ----------------------------------------------------------------------------------------------------------
+// --- modes
 
 // What a mode means, as bits of its mask.
 inline constexpr unsigned kModeWrite = 0x01;          // may be changed, is written on close, is created on open
@@ -36,7 +36,7 @@ inline int is_keys(int mode) { return has_mode_bit(mode, kModeKeys); }
 inline int is_topics(int mode) { return has_mode_bit(mode, kModeTopics); }
 inline int is_case_sensitive(int mode) { return has_mode_bit(mode, kModeCaseSensitive); }
 
-// ---- Questions to one line ------------------------------------------------------------------------------------------
+// --- questions to one line
 
 inline bool is_white_byte(char c) { return static_cast<unsigned char>(c) <= ' ' && is_white_space(c); }
 inline size_t count_leading_white(std::string_view line) {
@@ -59,13 +59,12 @@ int is_tmp_key(std::string_view line);
 int has_key_entry(std::string_view line);
 
 // Each puts what it takes from the line into `out`, kValueBufferSize bytes at most, terminated.
-// The text from the first "[" to the next "]" or the end, without further "[", not trimmed: 1 when there is a "[" and
-// no
-// ";" before it, else "".
+// The text from the first "[" to the next "]" or the end, without further "[", not trimmed: 1 when there is a "["
+// and no ";" before it, else "".
 int get_topic(std::string_view line, char *out);
 // The key: 1 when there is the start of one (which may be the "=" itself).
 int get_entry(std::string_view line, char *out, int mode);
-// What stands behind the first "=": 1 when there is one, else "". Trimmed: tabs are dropped, blanks cut at both ends.
+// What stands after the first "=": 1 when there is one, else "". Trimmed: tabs are dropped, blanks cut at both ends.
 int get_value(std::string_view line, char *out, int mode);
 int get_value_notrim(std::string_view line, char *out, int mode);
 // The whole line as get_value takes a value: what a line without a key is read as.
@@ -77,7 +76,7 @@ int getComment(std::string_view line, char *out);
 inline constexpr size_t kFormatRoom = 5;
 char *format_line(char *out, std::string_view key, std::string_view value, int mode);
 
-// ---- The same where it lies in the line, nothing copied -------------------------------------------------------------
+// --- the same where it lies in the line, nothing copied
 
 bool find_entry(std::string_view line, int mode, std::string_view &key);
 bool find_comment(std::string_view line, std::string_view &comment);
@@ -95,7 +94,7 @@ inline bool may_hold_entry(std::string_view line, std::string_view key) {
   return key.empty() || (last < line.size() && ((line[last] ^ key.back()) & ~kCaseBit) == 0);
 }
 
-// ---- Generated names ------------------------------------------------------------------------------------------------
+// --- generated names
 
 inline constexpr std::string_view kTmpTopicLine = "[@$tmp_topic$@]\n";
 static_assert(kTmpTopicLine.substr(1, kTmpTopicLine.size() - 3) == kTmpTopic);

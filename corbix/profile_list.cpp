@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr const char *kPath = "corbix/xconfig";
+constexpr const char *kPath = "corbix/xconfig";  // kept: this file is a part of that module
 
 // What becomes of each character of a topic in its key: capitals, and 0 for what is left out.
 constexpr std::array<char, 256> kKeyCharacters = [] {
@@ -35,7 +35,7 @@ void free_node(ProfileLine *line) {
   if (!line->node_is_lent) delete line;
 }
 
-void link_behind(ProfileLine *after, ProfileLine *line) {
+void link_after(ProfileLine *after, ProfileLine *line) {
   line->prev = after;
   line->next = after->next;
   if (line->next != nullptr) line->next->prev = line;
@@ -62,7 +62,7 @@ int store_text(ProfileLine *line, std::string_view prefix, std::string_view text
   return hashNewTextVal(line, h);
 }
 
-// A line that is to get one behind it needs its line feed, or the two would run together in the file. Coded lines
+// A line that is to get one after it needs its line feed, or the two would run together in the file. Coded lines
 // don't. The index stays as it is: a line feed is no part of a key.
 int complete_line(ProfileLine *line, int mode) {
   const std::string_view text(line->txt, line->length);
@@ -143,7 +143,7 @@ int append_tmp_topic(LineReading *reading) {
 
 }  // namespace
 
-// ---- The topic index ------------------------------------------------------------------------------------------------
+// --- the topic index
 
 int initHashTable(HashHandle *h) { return HashCreate(glHashTableSize, h, kHashBlock, sizeof(void *)); }
 
@@ -192,7 +192,7 @@ ProfileLine *findTopicHashPtr(std::string_view topic, HashHandle h) {
   return HashGet(h, key, &registered) ? *static_cast<ProfileLine **>(registered) : nullptr;
 }
 
-// ---- The list -------------------------------------------------------------------------------------------------------
+// --- the list
 
 bool written_text(const ProfileLine &line, int mode, std::string_view &text) {
   text = {line.txt, line.length};
@@ -204,7 +204,7 @@ bool written_text(const ProfileLine &line, int mode, std::string_view &text) {
 ProfileLine *new_node(ProfileLine *after) {
   require(after != nullptr, "ptr", kPath);
   auto *line = new (std::nothrow) ProfileLine{};
-  if (line != nullptr) link_behind(after, line);
+  if (line != nullptr) link_after(after, line);
   return line;
 }
 
@@ -323,7 +323,7 @@ void delete_topic(ProfileLine *topicLine, HashHandle h) {
   while (line != nullptr && !is_topic(text_of(*line))) line = delete_line(line, h);
 }
 
-// ---- Reading --------------------------------------------------------------------------------------------------------
+// --- reading
 
 int take_line(LineReading *reading, char *text, size_t length) {
   const int mode = reading->record->mode;

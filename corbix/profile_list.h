@@ -49,7 +49,7 @@ struct ProfileRecord {
   LinePool pool;
 };
 
-// ---- The topic index ------------------------------------------------------------------------------------------------
+// --- the topic index
 
 // Buckets of an index, and the longest topic line that is indexed: any line of a file, also when it was cut there and
 // got a line feed. Longer ones, which only a set can make, are found by the scan.
@@ -66,7 +66,7 @@ int hashNewTextVal(ProfileLine *ptr, HashHandle h);
 void removeTopicHashEntry(ProfileLine *ptr, HashHandle h);
 ProfileLine *findTopicHashPtr(std::string_view topic, HashHandle h);
 
-// ---- The list -------------------------------------------------------------------------------------------------------
+// --- the list
 
 // What is asked of a line: its text up to a NUL.
 inline std::string_view before_nul(std::string_view text) { return text.substr(0, text.find('\0')); }
@@ -77,7 +77,7 @@ inline std::string_view text_of(const ProfileLine &line) {
 // What of a line goes into the file: false for the generated topic, and nothing of a generated key.
 bool written_text(const ProfileLine &line, int mode, std::string_view &text);
 
-// An empty node, or one with a text buffer of `size` bytes (length 0), behind `after`. Null when memory runs out:
+// An empty node, or one with a text buffer of `size` bytes (length 0), next to `after`. Null when memory runs out:
 // nothing is linked then.
 ProfileLine *new_node(ProfileLine *after);
 ProfileLine *new_line(ProfileLine *after, size_t size);
@@ -88,7 +88,7 @@ int set_line_text(ProfileLine *line, std::string_view text, HashHandle h);
 // The same, with a generated key in front where the mode asks for one; it takes its number from `counter`.
 int set_line_text_and_check_key(ProfileLine *line, std::string_view text, uint16_t *counter, HashHandle h, int mode);
 
-// Takes the line out of list and index and returns the line behind it. The first node of a profile stays: it takes over
+// Takes the line out of list and index and returns the next line. The first node of a profile stays: it takes over
 // the text of the next line and is itself what is returned, or null (and its text) when no line is left.
 ProfileLine *delete_line(ProfileLine *line, HashHandle h);
 // Frees a line without mending the links, when the whole list goes.
@@ -105,7 +105,7 @@ ProfileLine *new_entry(ProfileLine *topicLine, std::string_view key, std::string
 // Deletes the topic's line and all lines before the next topic.
 void delete_topic(ProfileLine *topicLine, HashHandle h);
 
-// ---- Reading --------------------------------------------------------------------------------------------------------
+// --- reading
 
 // The state of making lines of a file; `last` is null before the first one.
 struct LineReading {

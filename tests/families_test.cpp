@@ -11,7 +11,7 @@
 
 namespace {
 
-// ---- The sample as plain text, read without the database's own means ------------------------------------------------
+// --- the sample as plain text, read without the database's own means
 
 using Texts = std::vector<std::string>;
 
@@ -36,7 +36,7 @@ Texts fields_of(const std::string &line) {
   return fields;
 }
 
-// ---- Records as the fields that they were made of -------------------------------------------------------------------
+// --- records as the fields that they were made of
 
 Texts as_fields(const UpsPollEntry &r) { return {std::to_string(r.variable_id), std::to_string(r.seconds)}; }
 Texts as_fields(const UpsVitalData &r) { return {std::to_string(r.variable_id)}; }
@@ -158,7 +158,7 @@ TEST(Sample, EveryVariableParameterAndCode) {
   EXPECT_EQ(code, text);
 }
 
-// ---- Oddities -------------------------------------------------------------------------------------------------------
+// --- oddities
 
 TEST(Families, VariableWithFourFieldsIsFilledButFails) {
   UpsVariableInfo record = {};

@@ -18,7 +18,7 @@ namespace {
 
 using std::string_literals::operator""s;
 
-// ---- Lines ----------------------------------------------------------------------------------------------------------
+// --- lines
 
 TEST(ProfileLine, ClassifiesLines) {
   const std::tuple<std::string_view, int, int, int, int> rows[] = {
@@ -65,7 +65,7 @@ TEST(ProfileLine, NumberSignInTheFirstColumnIsNoTrailingComment) {
   EXPECT_EQ(out, std::string(1023, 'v'));
 }
 
-// ---- Files ----------------------------------------------------------------------------------------------------------
+// --- files
 
 struct Profile : testing::Test {
   WorkingFolder folder{kMemoryFolder};
@@ -217,7 +217,7 @@ TEST_F(Profile, WalksThroughItsLinesAsTheFileHasThem) {
   XCloseProfileEx(&handle);
 }
 
-// ---- Coded files ----------------------------------------------------------------------------------------------------
+// --- coded files
 
 std::string coded(const std::vector<std::string> &lines) {
   const Stream stream(std::tmpfile());
@@ -257,7 +257,7 @@ TEST_F(Profile, CodedLineOf1023BytesLosesItsEnd) {
   }
 }
 
-// ---- Any file -------------------------------------------------------------------------------------------------------
+// --- any file
 
 using Random = std::mt19937;
 

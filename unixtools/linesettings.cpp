@@ -18,5 +18,5 @@ int get_line_settings(int line, LineSettings &settings) {
 int set_line_settings(int line, const LineSettings &settings) {
   termios2 record{};
   std::memcpy(&record, settings.kernel.data(), sizeof record);
-  return ioctl(line, TCSETS2, &record) == 0 ? 1 : 0;
+  return ioctl(line, TCSETS2, &record) == 0;
 }

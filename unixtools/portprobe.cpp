@@ -116,7 +116,7 @@ size_t read_answer(int port, char *answer) {
 // Puts the settings of the open port away, asks and gives them back. Results as probe_port.
 int ask_port(char *buf, int size, int port, const char *path, const char *request) {
   termios settings{};
-  if (tcgetattr(port, &settings) != 0 || get_line_settings(port, probed.settings) != 1) {
+  if (tcgetattr(port, &settings) != 0 || !get_line_settings(port, probed.settings)) {
     return report_failure(buf, size, -7, "tcgetattr(): ");
   }
   probed.descriptor = port;
@@ -153,7 +153,7 @@ int build_ret_str(char *buf, int size, const char *text, ...) {
     used += next.size();
   }
   va_end(texts);
-  return text == nullptr ? 1 : 0;
+  return text == nullptr;
 }
 
 char *get_default_device(char *dst, int size) {
@@ -240,7 +240,7 @@ int probe_port(char *buf, int size, const char *name, const char *request) {
 }
 
 void restore_probed_port() {
-  if (!probed.changed || set_line_settings(probed.descriptor, probed.settings) == 1) return;
+  if (!probed.changed || set_line_settings(probed.descriptor, probed.settings)) return;
   // The line was hung up under the probe: that cuts off the descriptor, but leaves a serial port its settings. A device
   // that is gone altogether may already have given its path to another.
   struct stat device;

@@ -33,13 +33,13 @@ inline constexpr int kLockFilePathSize = 64;  // bytes of a lock file's path, wi
 [[gnu::sentinel]] int build_ret_str(char *buf, int size, const char *text, ...);
 
 // The default device "/dev/ttyS0"; the directory of `device` up to and including its last "/" (empty without one); the
-// name behind the last "/" (all of `device` without one). A null `device` means the default device. Return `dst`; or
+// name after the last "/" (all of `device` without one). A null `device` means the default device. Return `dst`; or
 // null, `dst` unchanged, when the text and its terminator do not fit into `size` bytes.
 char *get_default_device(char *dst, int size);
 char *get_device_path(char *dst, int size, const char *device);
 char *get_device(char *dst, int size, const char *device);
 
-// 1 for every name that holds a "/" or fits behind "/dev/" in kDevicePathSize bytes: opening the port finds out the
+// 1 for every name that holds a "/" or fits after "/dev/" in kDevicePathSize bytes: opening the port finds out the
 // rest. A longer name is looked up as it stands: 1, -1 or -2.
 int is_device_valid(char *buf, int size, const char *name);
 
@@ -62,5 +62,5 @@ void set_comm_mode(termios *settings);
 int probe_port(char *buf, int size, const char *name, const char *request);
 
 // Gives the port that is being probed, if any, its settings back. Async-signal-safe: the handler of a signal that ends
-// the program calls it. The probe must not go on behind it.
+// the program calls it. The probe must not go on after it.
 void restore_probed_port();

@@ -45,7 +45,7 @@ void report(Check &check, const DbSection &section, int line, const std::string 
   check.findings.push_back({line, section.name, field, text});
 }
 
-// --- Fields
+// --- fields
 
 // The fields of a line, cleaned and uncut; none for one that is missing.
 using Fields = std::vector<std::optional<std::string>>;
@@ -118,7 +118,7 @@ void check_field(Check &check, const DbSection &section, int line, const Fields 
   if (!fault.empty()) report(check, section, line, field_name(field.position, field.meaning), fault);
 }
 
-// --- Lines and sections
+// --- lines and sections
 
 // False when the line has so few fields that none was looked at.
 bool check_record(Check &check, const DbSection &section, int line, const Fields &fields, const RecordForm &form) {
@@ -218,7 +218,7 @@ void check_parameters_of_functions(Check &check, const DbSection &section) {
   }
 }
 
-// --- Models
+// --- models
 
 void check_section_of_model(Check &check, const Reference &from, const std::string &name, const SectionField &field) {
   const DbSection *section = follow(check, from, name, field.form);
@@ -255,7 +255,7 @@ void check_model(Check &check, const DbSection &models, const DbLine &line) {
   }
 }
 
-// --- The database
+// --- the database
 
 bool is_version(const std::string &text) {
   UpsVersion version;

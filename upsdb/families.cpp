@@ -14,12 +14,12 @@ namespace {
 
 constexpr int kMostLines = std::numeric_limits<int16_t>::max();
 
-// ---- The forms of the lines -----------------------------------------------------------------------------------------
+// --- the forms of the lines
 
 using enum Conversion;
 
 // clang-format off
-// position, conversion, place in the record, meaning
+// position, conversion, place in the record, bytes there, meaning
 constexpr FieldRow kPollFields[] = {
   { 0, number,       offsetof(UpsPollEntry, variable_id), sizeof(int32_t), "variable" },
   { 1, short_number, offsetof(UpsPollEntry, seconds),     sizeof(int16_t), "seconds" },
@@ -92,7 +92,7 @@ constexpr SectionField kSections[] = {
   { kConfigField,      "configuration section",  nullptr },
 };  // clang-format on
 
-// ---- One mechanism for all families ---------------------------------------------------------------------------------
+// --- one mechanism for all families
 
 // A family: the field of a model that names its section, and what makes a record of a line of it.
 template <class Record>
@@ -116,22 +116,22 @@ using Line = char[kValueBufferSize];
 
 // The name of the section that the field `position` of a model names.
 int getSectionDbFromTyp(const char *model, int position, char *section, int size) {
-  if (UpsIsOpenDb() == 0) return 0;
+  if (!UpsIsOpenDb()) return 0;
   const int16_t number = findEntryInDb(model);
   Line line;
-  if (number < 0 || getEntryFromDb(line, kModelSection, number) == 0) return 0;
+  if (number < 0 || !getEntryFromDb(line, kModelSection, number)) return 0;
   return PGetStringFromPosition(position, line, section, size, kFieldSeparator);
 }
 
 int16_t getCountDbFromTyp(const char *model, int position) {
   char section[kFieldBufferSize];
-  return getSectionDbFromTyp(model, position, section, sizeof section) == 1 ? countDBEntries(section) : int16_t{0};
+  return getSectionDbFromTyp(model, position, section, sizeof section) ? countDBEntries(section) : int16_t{0};
 }
 
 // Line n of the section that the field `position` of a model names.
 int getAtDbEntryFromTyp(Line &line, const char *model, int position, int n) {
   char section[kFieldBufferSize];
-  if (getSectionDbFromTyp(model, position, section, sizeof section) == 0) return 0;
+  if (!getSectionDbFromTyp(model, position, section, sizeof section)) return 0;
   return getEntryFromDb(line, section, n);
 }
 
@@ -139,24 +139,24 @@ template <class Record>
 int get_of_section(const Family<Record> &family, Record &record, const char *section, int n) {
   record = {};
   Line line;
-  return getEntryFromDb(line, section, n) == 1 ? family.fill(record, line) : 0;
+  return getEntryFromDb(line, section, n) ? family.fill(record, line) : 0;
 }
 
 template <class Record>
 int get_of_model(const Family<Record> &family, Record &record, const char *model, int n) {
   record = {};
   Line line;
-  return getAtDbEntryFromTyp(line, model, family.position, n) == 1 ? family.fill(record, line) : 0;
+  return getAtDbEntryFromTyp(line, model, family.position, n) ? family.fill(record, line) : 0;
 }
 
 bool has_id(const char *line, int32_t id) {
   int32_t found = 0;
-  return PGetLongFromPosition(0, line, found) == 1 && found == id;
+  return PGetLongFromPosition(0, line, found) && found == id;
 }
 
 bool has_name(const char *line, const char *name) {
   char found[kFieldBufferSize];
-  return get_text_field(1, line, found) == 1 && stricmp(found, name) == 0;
+  return get_text_field(1, line, found) && stricmp(found, name) == 0;
 }
 
 // Appends what fits of `text` to the `used` bytes of `buffer` (`size` bytes). Returns the bytes used then.
@@ -176,7 +176,7 @@ const RecordForm kVariableForm = {"variable", 4, 5, kVariableFields};
 const RecordForm kFunctionForm = {"function", 5, 5, kFunctionFields};
 const RecordForm kFunctionParamForm = {"function parameter", 4, 4, kParamFields};
 
-// ---- Filling --------------------------------------------------------------------------------------------------------
+// --- filling
 
 int fillPollEntryFromUCString(UpsPollEntry &record, const char *line) { return fill_fields(kPollForm, line, &record); }
 
@@ -190,7 +190,7 @@ int fillGetInfoFromUCString(UpsGetInfo &record, const char *line) {
 int fillEventFromUCString(UpsEvent &record, const char *line) {
   if (PCountPositions(line, kFieldSeparator) < kEventForm.least_fields) return 0;
   char kind[kFieldBufferSize] = "";
-  const bool by_code = get_text_field(8, line, kind) == 0 || cmpstr(kind, "QEXEC") == 0;
+  const bool by_code = !get_text_field(8, line, kind) || cmpstr(kind, "QEXEC") == 0;
   record.execution = by_code ? kExecByCode : kExecByStatus;
   return fill_fields(kEventForm, line, &record);
 }
@@ -221,7 +221,7 @@ int fillFunctionParamFromUCString(UpsFunctionParam &record, const char *line) {
   return fill_fields(kFunctionParamForm, line, &record);
 }
 
-// ---- A model's families ---------------------------------------------------------------------------------------------
+// --- a model's families
 
 int16_t UpsGetCountDbPollEntry(const char *model) { return getCountDbFromTyp(model, kPollField); }
 
@@ -292,7 +292,7 @@ int UpsDbGetCstmValueBySection(UpsCustomValue &record, const char *section, int1
 }
 
 char *UpsGetMonLayoutDb(const char *model, char *section, int size) {
-  return getSectionDbFromTyp(model, kLayoutField, section, size) == 1 ? section : nullptr;
+  return getSectionDbFromTyp(model, kLayoutField, section, size) ? section : nullptr;
 }
 
 int UpsGetSectionDbFunctionEntry(const char *model, char *section, int size) {
@@ -317,10 +317,10 @@ int UpsGetSectionDbConfigConfig(const char *model, char *section, int size) {
 
 int16_t UpsGetSectionDbOemId(const char *line) {
   int16_t number = 0;
-  return UpsIsOpenDb() == 1 && PGetShortFromPosition(kOemField, line, number) == 1 ? number : int16_t{0};
+  return UpsIsOpenDb() && PGetShortFromPosition(kOemField, line, number) ? number : int16_t{0};
 }
 
-// ---- Variables ------------------------------------------------------------------------------------------------------
+// --- variables
 
 int16_t UpsGetCountDbVarInfo() {
   if (VarCount == 0) VarCount = countDBEntries(kVariableSection);
@@ -331,13 +331,13 @@ void BuildTmpVarTab(int16_t count) {
   tmpVarTab.assign(static_cast<size_t>(std::max<int16_t>(count, 0)), "");
   Line line;
   for (size_t n = 0; n < tmpVarTab.size(); ++n) {
-    if (getEntryFromDb(line, kVariableSection, static_cast<int>(n)) == 1) tmpVarTab[n] = line;
+    if (getEntryFromDb(line, kVariableSection, static_cast<int>(n))) tmpVarTab[n] = line;
   }
 }
 
 int UpsGetAtDbVarInfoFromVarID(UpsVariableInfo &record, int32_t id) {
   record = {};
-  if (UpsIsOpenDb() == 0) return 0;
+  if (!UpsIsOpenDb()) return 0;
   if (tmpVarTab.empty()) BuildTmpVarTab(UpsGetCountDbVarInfo());
   for (const std::string &line : tmpVarTab) {
     if (has_id(line.c_str(), id)) return fillVarInfoFromUCString(record, line.c_str());
@@ -348,7 +348,7 @@ int UpsGetAtDbVarInfoFromVarID(UpsVariableInfo &record, int32_t id) {
 int UpsGetAtDbVarInfoFromVarName(UpsVariableInfo &record, const char *name) {
   record = {};
   Line line;
-  for (int n = 0; n < kMostLines && getEntryFromDb(line, kVariableSection, n) == 1; ++n) {
+  for (int n = 0; n < kMostLines && getEntryFromDb(line, kVariableSection, n); ++n) {
     if (has_name(line, name)) return fillVarInfoFromUCString(record, line);
   }
   return 0;
@@ -361,16 +361,16 @@ int UpsGetAtDbVarInfoFromIndex(UpsVariableInfo &record, int16_t n) {
 int UpsGetAtDbVDVarInfo(UpsVariableInfo &record, int16_t n, const char *model) {
   record = {};
   UpsVitalData vital;
-  return UpsGetAtDbVitalData(vital, n, model) == 1 ? UpsGetAtDbVarInfoFromVarID(record, vital.variable_id) : 0;
+  return UpsGetAtDbVitalData(vital, n, model) ? UpsGetAtDbVarInfoFromVarID(record, vital.variable_id) : 0;
 }
 
 int UpsGetAtDbGIVarInfo(UpsVariableInfo &record, int16_t n, const char *model) {
   record = {};
   UpsGetInfo info;
-  return UpsGetAtDbGetInfo(info, n, model) == 1 ? UpsGetAtDbVarInfoFromVarID(record, info.variable_id) : 0;
+  return UpsGetAtDbGetInfo(info, n, model) ? UpsGetAtDbVarInfoFromVarID(record, info.variable_id) : 0;
 }
 
-// ---- Functions and their parameters ---------------------------------------------------------------------------------
+// --- functions and their parameters
 
 int16_t UpsGetCountDbFunction(const char *section) {
   const int own = section != nullptr ? countDBEntries(section) : 0;
@@ -390,18 +390,18 @@ int UpsDbGetFunctionParam(UpsFunctionParam &record, const char *section, int16_t
   return get_of_section(kFunctionParams, record, section, n);
 }
 
-// ---- Code -----------------------------------------------------------------------------------------------------------
+// --- code
 
 int UpsDbGetQCodeBySection(char *buffer, int size, const char *section) {
   const size_t room = size > 0 ? static_cast<size_t>(size) : 0;
   const size_t before = strnlen(buffer, room);
   size_t used = before;
   Line line;
-  for (int n = 0; used + 1 < room && getEntryFromDb(line, section, n) == 1; ++n) {
+  for (int n = 0; used + 1 < room && getEntryFromDb(line, section, n); ++n) {
     used = append(buffer, room, used, line);
     used = append(buffer, room, used, "\n");
   }
-  return used > before ? 1 : 0;
+  return used > before;
 }
 
 int UpsDbGetSharedMainQCode(char *buffer, int size) { return UpsDbGetQCodeBySection(buffer, size, kSharedMainSection); }

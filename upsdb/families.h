@@ -12,7 +12,7 @@
 
 #include "upsdb/fields.h"
 
-// ---- Records --------------------------------------------------------------------------------------------------------
+// --- records
 
 // The members follow the fields of the line, in their order, where nothing else is said. Texts are cut and terminated.
 struct UpsPollEntry {
@@ -64,7 +64,7 @@ struct UpsFunction {
   char parameter_section[512];  // field 2
   char last_text[512];          // field 3 as it stands
   int32_t last;                 // field 3 as a number: 0 when a timing follows the parameters
-  char parameters[513];         // what stands between "(" and ")" of field 0, with a "," behind it when `last` is 0
+  char parameters[513];         // what stands between "(" and ")" of field 0, and a "," after it when `last` is 0
   char whole[512];              // field 0
 };
 
@@ -75,7 +75,7 @@ struct UpsFunctionParam {
   char help[512];
 };
 
-// ---- Filling one record from one line -------------------------------------------------------------------------------
+// --- filling one record from one line
 
 // The record is not cleared first; results as above.
 int fillPollEntryFromUCString(UpsPollEntry &record, const char *line);
@@ -124,7 +124,7 @@ inline constexpr char kSharedLibSection[] = "SHARED_LIB";
 inline constexpr char kMainSuffix[] = "_MAIN";
 inline constexpr char kLibSuffix[] = "_LIB";
 
-// ---- A model's families: how many, record n, the section's name, record n of a section known by name ----------------
+// --- a model's families: how many, record n, the section's name, record n of a section known by name
 
 int16_t UpsGetCountDbPollEntry(const char *model);
 int UpsGetAtDbPollEntry(UpsPollEntry &record, int16_t n, const char *model);
@@ -162,7 +162,7 @@ int UpsGetSectionDbConfigConfig(const char *model, char *section, int size);
 // The OEM number of a model's line (not name); 0 when it has none.
 int16_t UpsGetSectionDbOemId(const char *line);
 
-// ---- Variables ------------------------------------------------------------------------------------------------------
+// --- variables
 
 // Counted once for each opened database.
 int16_t UpsGetCountDbVarInfo();
@@ -177,15 +177,15 @@ int UpsGetAtDbVarInfoFromIndex(UpsVariableInfo &record, int16_t n);
 int UpsGetAtDbVDVarInfo(UpsVariableInfo &record, int16_t n, const char *model);
 int UpsGetAtDbGIVarInfo(UpsVariableInfo &record, int16_t n, const char *model);
 
-// ---- Functions and their parameters ---------------------------------------------------------------------------------
+// --- functions and their parameters
 
-// The lines of FUNCTIONS and, behind them, those of the model's own function section (null: none).
+// The lines of FUNCTIONS, then those of the model's own function section (null: none).
 int16_t UpsGetCountDbFunction(const char *section);
 int UpsDbGetFunction(UpsFunction &record, int16_t n, const char *section);
 int16_t UpsGetCountDbParam(const char *section);
 int UpsDbGetFunctionParam(UpsFunctionParam &record, const char *section, int16_t n);
 
-// ---- Code -----------------------------------------------------------------------------------------------------------
+// --- code
 
 // Append every line of a section and a "\n" to the text in `buffer` (`size` bytes in all), which is not cleared. What
 // does not fit is cut; the terminator is always there. 1 when something was appended.

@@ -11,26 +11,26 @@ namespace {
 template <class Value, class Getter>
 int take(const FieldRow &field, const char *line, char *place, Getter getter) {
   Value value{};
-  if (getter(field.position, line, value) == 0) return 0;
+  if (!getter(field.position, line, value)) return 0;
   std::memcpy(place, &value, sizeof value);
   return 1;
 }
 
 int take_low_half(int position, const char *line, int16_t &value) {
   uint32_t whole = 0;
-  if (PGetHexToLongFromPosition(position, line, whole) == 0) return 0;
+  if (!PGetHexToLongFromPosition(position, line, whole)) return 0;
   value = static_cast<int16_t>(whole);
   return 1;
 }
 
 int take_always(int position, const char *line, int32_t &value) {
   char word[64];
-  if (get_text_field(position, line, word) == 0) return 0;
-  value = cmpstr(word, "ALWAYS") == 0 ? 1 : 0;
+  if (!get_text_field(position, line, word)) return 0;
+  value = cmpstr(word, "ALWAYS") == 0;
   return 1;
 }
 
-// The text behind `count` more separators, "" when there are not so many.
+// The text after `count` more separators, "" when there are not so many.
 const char *skip_fields(const char *line, int count) {
   for (; count > 0 && *line != '\0'; --count) {
     line = std::strchr(line, kFieldSeparator[0]);

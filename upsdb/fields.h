@@ -10,7 +10,7 @@ enum class Conversion : uint8_t {
   character,     // char
   number,        // int32_t
   short_number,  // int16_t
-  hex_number,    // int16_t: the low half of a number behind "0x"
+  hex_number,    // int16_t: the low half of a number after "0x"
   real,          // double
   always,        // int32_t: 1 when the text is "ALWAYS", else 0
 };
@@ -25,7 +25,7 @@ struct FieldRow {
 };
 
 // The form of a line; `record` is what a person calls it. The rows stand in the order of their positions, so that a
-// line is walked through once. Fields behind the last one that means something are ignored.
+// line is walked through once. Fields after the last one that means something are ignored.
 struct RecordForm {
   const char *record;
   int least_fields;
@@ -36,6 +36,6 @@ struct RecordForm {
 // Reads one field of `line` into its place in a record of standard layout. 1, or 0 when it is missing or malformed: its
 // place keeps what it held.
 int fill_field(const FieldRow &field, const char *line, void *record);
-// Reads every field of the form, also those behind one that fails. 1 when all were read; 0 also, with nothing read,
+// Reads every field of the form, also those after one that fails. 1 when all were read; 0 also, with nothing read,
 // when the line has fewer fields than the form asks for.
 int fill_fields(const RecordForm &form, const char *line, void *record);

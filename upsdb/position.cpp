@@ -13,8 +13,6 @@ namespace {
 
 using FieldBuffer = char[kFieldBufferSize];
 
-int take_field(int position, const char *text, FieldBuffer &field) { return get_text_field(position, text, field); }
-
 bool has_hex_prefix(const char *field) { return field[0] == '0' && (field[1] == 'x' || field[1] == 'X'); }
 
 }  // namespace
@@ -42,14 +40,14 @@ int PGetStringFromPosition(int position, const char *text, char *out, int size, 
 
 int PGetCharFromPosition(int position, const char *text, char &out) {
   FieldBuffer field;
-  if (take_field(position, text, field) == 0) return 0;
+  if (!get_text_field(position, text, field)) return 0;
   out = field[0];
   return 1;
 }
 
 int PGetLongFromPosition(int position, const char *text, int32_t &out) {
   FieldBuffer field;
-  if (take_field(position, text, field) == 0) return 0;
+  if (!get_text_field(position, text, field)) return 0;
   out = to_int32(field);
   return 1;
 }
@@ -58,28 +56,28 @@ int PGetIntFromPosition(int position, const char *text, int &out) { return PGetL
 
 int PGetShortFromPosition(int position, const char *text, int16_t &out) {
   int32_t value = 0;
-  if (PGetLongFromPosition(position, text, value) == 0) return 0;
+  if (!PGetLongFromPosition(position, text, value)) return 0;
   out = static_cast<int16_t>(value);
   return 1;
 }
 
 int PGetDoubleFromPosition(int position, const char *text, double &out) {
   FieldBuffer field;
-  if (take_field(position, text, field) == 0) return 0;
+  if (!get_text_field(position, text, field)) return 0;
   out = std::strtod(field, nullptr);
   return 1;
 }
 
 int PGetHexToLongFromPosition(int position, const char *text, uint32_t &out) {
   FieldBuffer field;
-  if (take_field(position, text, field) == 0 || !has_hex_prefix(field)) return 0;
+  if (!get_text_field(position, text, field) || !has_hex_prefix(field)) return 0;
   out = getHexASCII(field + 2, lenstr(field + 2));
   return 1;
 }
 
 int PGetBinFromPosition(int position, const char *text, std::span<uint8_t> out) {
   FieldBuffer field;
-  if (take_field(position, text, field) == 0 || !has_hex_prefix(field)) return 0;
+  if (!get_text_field(position, text, field) || !has_hex_prefix(field)) return 0;
   const auto held = static_cast<size_t>(lenstr(field)) / 2 - 1;
   const size_t count = std::min(held, out.size());
   for (size_t i = 0; i < count; ++i) out[i] = static_cast<uint8_t>(getHexASCII(field + 2 + 2 * i, 2));

@@ -1,7 +1,7 @@
 // Fields of a database record: one line of text cut at "|", positions counted from 0.
 // A field is taken without the blanks around it and without one pair of quotation marks. Every getter returns 1, or 0
 // when the field is missing, holds nothing, or lacks its form: the output is then as it was, unless said otherwise.
-// Trailing text behind a number is ignored, and text that is no number reads as 0 with result 1.
+// Text after a number is ignored, and text that is no number reads as 0 with result 1.
 #pragma once
 
 #include <cstddef>
@@ -33,8 +33,8 @@ int PGetLongFromPosition(int position, const char *text, int32_t &out);
 int PGetIntFromPosition(int position, const char *text, int &out);
 int PGetShortFromPosition(int position, const char *text, int16_t &out);
 int PGetDoubleFromPosition(int position, const char *text, double &out);
-// Digits behind "0x" or "0X". More than eight digits wrap into the low bits: kept, codes in the field rely on it.
+// Digits after "0x" or "0X". More than eight digits wrap into the low bits: kept, codes in the field rely on it.
 int PGetHexToLongFromPosition(int position, const char *text, uint32_t &out);
-// Bytes from the digit pairs behind "0x" or "0X" (half a pair counts for nothing), at most as many as `out` takes.
+// Bytes from the digit pairs after "0x" or "0X" (half a pair counts for nothing), at most as many as `out` takes.
 // Returns the number of bytes stored.
 int PGetBinFromPosition(int position, const char *text, std::span<uint8_t> out);

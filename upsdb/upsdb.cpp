@@ -54,20 +54,20 @@ constexpr FieldRow kModelFields[] = {
 
 // The value of `key` in `section` into `buffer` (kValueBufferSize bytes); 0 when closed or missing.
 int get_value_of_key(const char *section, const char *key, char *buffer) {
-  return isDBOpen == 1 ? XGetPrivateProfileString(section, key, buffer, kValueBufferSize) : 0;
+  return isDBOpen ? XGetPrivateProfileString(section, key, buffer, kValueBufferSize) : 0;
 }
 
 // A value as strncpy copies it.
 int copy_value(const char *section, const char *key, char *buffer, int length) {
   char value[kValueBufferSize];
-  if (length < 0 || get_value_of_key(section, key, value) == 0) return 0;
+  if (length < 0 || !get_value_of_key(section, key, value)) return 0;
   std::strncpy(buffer, value, static_cast<size_t>(length));
   return 1;
 }
 
 bool has_entry(const char *section, int n) {
   char line[kValueBufferSize];
-  return getEntryFromDb(line, section, n) == 1;
+  return getEntryFromDb(line, section, n);
 }
 
 void forget_variables() {
@@ -109,9 +109,9 @@ int16_t countDBEntries(const char *section) {
 int16_t findEntryInDb(const char *name) {
   if (stricmp(name, UpsCache.name) == 0) return UpsCache.number;
   char line[kValueBufferSize];
-  for (int n = 0; n < kMostLines && getEntryFromDb(line, kModelSection, n) == 1; ++n) {
+  for (int n = 0; n < kMostLines && getEntryFromDb(line, kModelSection, n); ++n) {
     char found[kFieldBufferSize];
-    if (get_text_field(0, line, found) == 0 || stricmp(found, name) != 0) continue;
+    if (!get_text_field(0, line, found) || stricmp(found, name) != 0) continue;
     cpynstr(UpsCache.name, name);
     UpsCache.number = static_cast<int16_t>(n);
     return UpsCache.number;
@@ -120,14 +120,14 @@ int16_t findEntryInDb(const char *name) {
 }
 
 int UpsOpenDb(const char *file) {
-  if (isDBOpen == 1 || XOpenProfile(file, kReadCoded) == 0) return 0;
+  if (isDBOpen || !XOpenProfile(file, kReadCoded)) return 0;
   isDBOpen = 1;
   forget_variables();
   return 1;
 }
 
 void UpsCloseDb() {
-  if (isDBOpen == 0) return;
+  if (!isDBOpen) return;
   XCloseProfile();
   isDBOpen = 0;
   forget_variables();
@@ -142,12 +142,12 @@ int16_t UpsGetCountDb() { return countDBEntries(kModelSection); }
 int UpsGetAtDb(UpsData &record, int16_t n) {
   record = {};
   char line[kValueBufferSize];
-  return getEntryFromDb(line, kModelSection, n) == 1 ? fillUpsDataFromUCString(record, line) : 0;
+  return getEntryFromDb(line, kModelSection, n) ? fillUpsDataFromUCString(record, line) : 0;
 }
 
 int UpsFindDb(UpsData &record, const char *name) {
   record = {};
-  const int16_t number = isDBOpen == 1 ? findEntryInDb(name) : int16_t{-1};
+  const int16_t number = isDBOpen ? findEntryInDb(name) : int16_t{-1};
   return number >= 0 ? UpsGetAtDb(record, number) : 0;
 }
 
@@ -158,16 +158,16 @@ int UpsFileDateDb(char *buffer, int length) { return copy_value(kAboutSection, k
 int UpsVersionInfoDb(UpsVersionInfo *info) {
   if (info == nullptr) return 0;
   *info = {};
-  if (isDBOpen == 0) return 0;
+  if (!isDBOpen) return 0;
   char value[kValueBufferSize];
-  if (get_value_of_key(kAboutSection, kVersionKey, value) == 1) UpsParseVersionInfoStr(&info->version, value);
-  if (get_value_of_key(kVendorSection, kOemKey, value) == 1) info->oem = to_int32(value);
+  if (get_value_of_key(kAboutSection, kVersionKey, value)) UpsParseVersionInfoStr(&info->version, value);
+  if (get_value_of_key(kVendorSection, kOemKey, value)) info->oem = to_int32(value);
   return 1;
 }
 
 int UpsOEMIdDb(int16_t &number) {
   char value[kValueBufferSize];
-  if (get_value_of_key(kVendorSection, kOemKey, value) == 0) return 0;
+  if (!get_value_of_key(kVendorSection, kOemKey, value)) return 0;
   const auto oem = static_cast<int16_t>(to_int32(value));
   number = oem == 0 ? int16_t{1} : oem;
   return 1;
@@ -199,7 +199,7 @@ int UpsParseVersionInfoStr(UpsVersion *version, const char *text) {
 
 int UpsIsCompatibleVersionInfo(const UpsVersion *have, const UpsVersion *need) {
   if (have == nullptr || need == nullptr) return 0;
-  return need->number[0] < 1 || have->number[0] == need->number[0] ? 1 : 0;
+  return need->number[0] < 1 || have->number[0] == need->number[0];
 }
 
 void reset_upsdb() {

@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr int kSpareBytes = 11;    // behind every text, its terminator among them
-constexpr int kGrowthBytes = 139;  // allocated behind a text that has to grow
+constexpr int kSpareBytes = 11;    // after every text, its terminator among them
+constexpr int kGrowthBytes = 139;  // allocated after a text that has to grow
 constexpr int kSpareElements = 3;
 constexpr int kGrowthElements = 13;
 

@@ -108,7 +108,7 @@ void end_group(Decoder &d) {
   d.digits = 0;
 }
 
-// A "=", which d.at is behind of. False when it may not stand there.
+// A "=", after which d.at stands. False when it may not stand there.
 bool take_padding(Decoder &d) {
   if (d.digits < 2) {
     std::fputs("decodeBase64: impossible quantum position", stderr);
@@ -140,7 +140,7 @@ bool decode_all(Decoder &d) {
 
 // --- the header and the files
 
-// What getValue and getParam copy: the value at `value` and the character behind it.
+// What getValue and getParam copy: the value at `value` and the character after it.
 void copy_value(char *buffer, int size, const char *value, size_t length) {
   // kept: the readers of such files compare the value with the character that ended it
   std::copy_n(value, std::min(length + 1, static_cast<size_t>(std::max(size, 0))), buffer);
@@ -156,7 +156,7 @@ bool take_header_line(const char *line, char *encoding, int encoding_size, char 
   if (const char *type = getField(line, "Content-Type")) take_name(type, "name");
   if (const char *disposition = getField(line, "Content-Disposition")) take_name(disposition, "filename");
   const char *field = getField(line, "Content-Transfer-Encoding");
-  return field == nullptr || getValue(field, encoding, encoding_size - 1) != 0;
+  return field == nullptr || getValue(field, encoding, encoding_size - 1);
 }
 
 // Everything from the stream's position to its end; null when it can't be read or is too much.
@@ -176,7 +176,7 @@ Bytes read_rest(FILE *stream, size_t &length) {
 bool read_base64_header(FILE *stream) {
   char encoding[kEncodingSize];
   char name[kNameSize];
-  return mimeCodeReadHeader(stream, encoding, sizeof encoding, name, sizeof name) != 0 &&
+  return mimeCodeReadHeader(stream, encoding, sizeof encoding, name, sizeof name) &&
          std::strcmp(encoding, "base64") == 0;
 }
 
@@ -237,8 +237,8 @@ int mimeCodeReadHeader(FILE *stream, char *encoding, int encodingSize, char *nam
   std::memset(encoding, 0, static_cast<size_t>(encodingSize));
   std::memset(name, 0, static_cast<size_t>(nameSize));
   char line[kLineSize];
-  if (readLine(stream, line, sizeof line) == 0 || getField(line, "MIME-Version") == nullptr) return 0;
-  while (readLine(stream, line, sizeof line) != 0 && take_header_line(line, encoding, encodingSize, name, nameSize)) {
+  if (!readLine(stream, line, sizeof line) || getField(line, "MIME-Version") == nullptr) return 0;
+  while (readLine(stream, line, sizeof line) && take_header_line(line, encoding, encodingSize, name, nameSize)) {
   }
   return encoding[0] != '\0';
 }
@@ -249,9 +249,9 @@ long FileBase64Codec(int encode, const char *inputPath, const char *outputPath) 
   if (output == nullptr) return 0;
   Stream stream(OpenAFile(outputPath, "wb"));
   if (stream == nullptr) return 0;
-  if (encode != 0 && mimeCodeWriteHeader(stream.get(), "base64", inputPath) == 0) return 0;
+  if (encode != 0 && !mimeCodeWriteHeader(stream.get(), "base64", inputPath)) return 0;
   const bool written = std::fwrite(output.get(), 1, length, stream.get()) == length;
-  const bool closed = CloseAFile(stream.release()) != 0;
+  const bool closed = CloseAFile(stream.release());
   return written && closed ? static_cast<long>(length) : 0;
 }
 

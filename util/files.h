@@ -38,7 +38,7 @@ int CreateAFile(const char *path);
 // 1 when a first line of up to 255 characters can be read.
 int AFileHasAtLeastOneLine(const char *path);
 
-// The part before the last "\", ":" or "/" (empty when there is none or it is the first character), and the part behind
+// The part before the last "\", ":" or "/" (empty when there is none or it is the first character), and the part after
 // it (the whole path when there is none). `dst` holds as much as `path`. Return `dst`.
 char *UCTgetpath(char *dst, const char *path);
 char *UCTgetfilename(char *dst, const char *path);

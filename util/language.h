@@ -10,7 +10,7 @@
 extern int32_t language;
 
 // A text that a person sees: English, then Japanese (UTF-8 in the repository, EUC-JP in the program).
-// Use it as label[language]. A table of labels is an array of them: the pairs lie one behind the other.
+// Use it as label[language]. A table of labels is an array of them: the pairs lie one after the other.
 using Label = const char *const[2];
 
 // A label in the current language, each "%s" replaced by the next of `values`.

@@ -15,7 +15,7 @@ namespace {
 constexpr size_t kPathSize = 260;
 constexpr size_t kLineSize = 1024;
 
-// The text behind `key` in the first line that holds it.
+// The text after `key` in the first line that holds it.
 bool find_message(const std::string &path, std::string_view key, std::string &message) {
   const Stream stream(OpenAFile(path.c_str(), "r"));
   if (stream == nullptr) return false;
@@ -39,8 +39,8 @@ int UCTGetMessageDatString(int number, char *buffer, int size) {
   char folder[kPathSize];
   std::string message;
   // kept: the backslash; the file stands where the product's other systems put it
-  const bool found = getLocalPath(folder, sizeof folder) != 0 &&
-                     find_message(std::string(folder) + "\\" + "Messages.dat", key, message);
+  const bool found =
+      getLocalPath(folder, sizeof folder) && find_message(std::string(folder) + "\\" + "Messages.dat", key, message);
   if (!found) message = "can't read message " + std::to_string(number);
   UCTstrncpy(buffer, message.c_str(), static_cast<size_t>(size));
   return found;

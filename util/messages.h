@@ -2,7 +2,7 @@
 #pragma once
 
 // The text of message `number` into `buffer` (`size` bytes; the rest is filled with NUL and the last byte is always
-// one; what does not fit is cut). The file is "Messages.dat" behind the working directory and a backslash. The first
+// one; what does not fit is cut). The file is "Messages.dat" after the working directory and a backslash. The first
 // line that holds "m<number>=" anywhere is the hit, and its text begins at that key's length from the start of the
 // line. 1; or 0 with "can't read message <number>" in `buffer`.
 int UCTGetMessageDatString(int number, char *buffer, int size);

@@ -60,7 +60,7 @@ char *xtoa(uint32_t value, char *out, int base, int negative) {
 }
 
 char *qitoa(int32_t value, char *out, int base) {
-  return xtoa(static_cast<uint32_t>(value), out, base, base == 10 && value < 0 ? 1 : 0);
+  return xtoa(static_cast<uint32_t>(value), out, base, base == 10 && value < 0);
 }
 
 char *qltoa(int32_t value, char *out, int base) { return qitoa(value, out, base); }

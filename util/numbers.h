@@ -20,7 +20,7 @@ char *qultoa(uint32_t value, char *out, int base);
 // The value of one digit, 0 for any other character.
 int getHexDigit(char c);
 int getDecDigit(char c);
-// The value of n characters: digit k from the right shifted left by 4k (modulo 32) and added, so that more than eight
-// digits wrap into the low bits; respectively multiplied by 10 to the k, modulo 2 to the 32.
+// The value of n characters. Hexadecimal: digit k from the right is shifted left by 4k (modulo 32) and added, so that
+// more than eight digits wrap into the low bits. Decimal: modulo 2 to the 32.
 uint32_t getHexASCII(const char *text, int n);
 uint32_t getDecASCII(const char *text, int n);

@@ -4,7 +4,7 @@
 #include <cstring>
 
 void mirror_bytes(char *text) {
-  for (; *text != '\0'; text++) *text = static_cast<char>(160 - static_cast<unsigned char>(*text));
+  for (; *text != '\0'; ++text) *text = static_cast<char>(160 - static_cast<unsigned char>(*text));
 }
 
 char *encrypt(const char *text) {
@@ -13,6 +13,6 @@ char *encrypt(const char *text) {
   const size_t length = std::min(std::strlen(text), sizeof result - 1);
   std::memset(result, 0, sizeof result);
   // kept: a byte that turns into 0 cuts the stored password; monitors in the field read it by the same rule
-  for (size_t i = 0; i < length; i++) result[i] = static_cast<char>(text[i] ^ kKey[i % sizeof kKey]);
+  for (size_t i = 0; i < length; ++i) result[i] = static_cast<char>(text[i] ^ kKey[i % sizeof kKey]);
   return result;
 }

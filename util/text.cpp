@@ -156,7 +156,7 @@ char *UCTXalltrim(char *dst, const char *src) { return Xalltrim(dst, src); }
 
 char *Xrtrim(char *s) {
   size_t length = std::strlen(s);
-  while (length > 0 && is_white_space(static_cast<unsigned char>(s[length - 1])) != 0) --length;
+  while (length > 0 && is_white_space(static_cast<unsigned char>(s[length - 1]))) --length;
   s[length] = '\0';
   return s;
 }

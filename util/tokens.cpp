@@ -6,8 +6,8 @@
 
 namespace {
 
-// The rest of `text` behind its next separator; the end of the text when there is none.
-std::string_view behind_separator(std::string_view text, std::string_view sep) {
+// The rest of `text` after its next separator; the end of the text when there is none.
+std::string_view after_separator(std::string_view text, std::string_view sep) {
   const size_t at = text.find(sep);
   return at == std::string_view::npos ? text.substr(text.size()) : text.substr(at + sep.size());
 }
@@ -29,7 +29,7 @@ char *ctoken(char *out, int size, const char *text, const char *sep, int n) {
   const std::string_view separator = sep;
   std::string_view rest = n < 1 ? "" : text;
   if (!separator.empty()) {
-    for (int i = 1; i < n && !rest.empty(); ++i) rest = behind_separator(rest, separator);
+    for (int i = 1; i < n && !rest.empty(); ++i) rest = after_separator(rest, separator);
   }
   return copy_piece(out, size, rest, separator);
 }
@@ -62,7 +62,7 @@ char *token(char *out, int size, const char *text, const char *sep, int n) {
   std::string_view rest = n < 1 ? "" : text;
   if (!separator.empty()) {
     rest = without_leading(rest, separator);
-    for (int i = 1; i < n && !rest.empty(); ++i) rest = without_leading(behind_separator(rest, separator), separator);
+    for (int i = 1; i < n && !rest.empty(); ++i) rest = without_leading(after_separator(rest, separator), separator);
   }
   return copy_piece(out, size, rest, separator);
 }
@@ -73,7 +73,7 @@ int numtoken(const char *text, const char *sep) {
   if (separator.empty()) return rest.empty() ? 0 : 1;
   int pieces = 0;
   for (rest = without_leading(rest, separator); !rest.empty(); ++pieces) {
-    rest = without_leading(behind_separator(rest, separator), separator);
+    rest = without_leading(after_separator(rest, separator), separator);
   }
   return pieces;
 }
@@ -84,7 +84,7 @@ int wp_numtoken(const char *text) {
   int words = 0;
   bool in_word = false;
   for (; *text != '\0'; ++text) {
-    const bool white = is_white_space(static_cast<unsigned char>(*text)) != 0;
+    const bool white = is_white_space(static_cast<unsigned char>(*text));
     if (!white && !in_word) ++words;
     in_word = !white;
   }
