@@ -20,7 +20,6 @@ constexpr int kBoxWidth = 71;
 Window open_box(int lines, int32_t attr) {
   Window box = open_window(lines + 2, kBoxWidth, kBoxRow, kBoxColumn);
   if (box == nullptr) return box;
-  c_disab();
   wfdraw_frame(box.get(), attr, kSingleLine);
   wffill_full_area(box.get(), ' ', attr);
   return box;
@@ -54,7 +53,7 @@ void draw_box(WINDOW *parent, const char *text, const char *sep, int32_t attr, i
     draw_line(box.get(), i, line, line, textattr);
   }
   const Window sign = error != 0 ? open_error_sign(parent, lines, attr) : nullptr;
-  wshow(box.get());
+  move_to_text(box.get());
   wait_for_key(box.get());
 }
 
@@ -64,7 +63,9 @@ void draw_box_nowait(WINDOW *, const char *text, const char *sep, int32_t attr) 
   if (box == nullptr) return;
   // kept: the whole text on every line, callers show one line only
   for (int i = 1; i <= lines; ++i) draw_line(box.get(), i, text, text_piece(text, sep, i), attr);
+  move_to_text(box.get());
   wshow(box.get());
+  update_terminal(box.get());
   Xsleep(1);
 }
 

@@ -4,34 +4,22 @@
 #include <string>
 
 #include "screen/scrio.h"
+#include "screen/sequences.h"
 
-// Keys as the terminal library numbers them.
-inline constexpr int kKeyControlH = 8;  // Backspace on some terminals
-inline constexpr int kKeyTab = 9;
-inline constexpr int kKeyLineFeed = 10;
-inline constexpr int kKeyReturn = 13;
-inline constexpr int kKeyEscape = 27;
-inline constexpr int kKeyHelp = '?';
-inline constexpr int kKeyDown = 258;
-inline constexpr int kKeyUp = 259;
-inline constexpr int kKeyLeft = 260;
-inline constexpr int kKeyRight = 261;
-inline constexpr int kKeyHome = 262;
-inline constexpr int kKeyBackspace = 263;
-inline constexpr int kKeyF10 = 274;
-inline constexpr int kKeyNextPage = 338;
-inline constexpr int kKeyPreviousPage = 339;
-inline constexpr int kKeyEnter = 343;  // on the keypad
-inline constexpr int kKeyEnd = 360;
 // True for the three codes that an Enter key may send.
 constexpr bool is_enter(int key) { return key == kKeyLineFeed || key == kKeyReturn || key == kKeyEnter; }
 
-// The key, 0 when a read failed. A resize of the terminal is no key; when the terminal is gone, the program ends. A
-// character of several bytes arrives byte by byte, in the encoding of texts; what is no whole character, or one that
-// texts can't hold, gives kKeyUnfit once.
+// The key, 0 when a read failed. While it is waited for, the terminal shows all that was drawn, its cursor on the
+// window's. A resize of the terminal is no key; when the terminal is gone, the program ends. Control-L paints
+// everything anew. A sequence of bytes that is no known key beeps, as a paste does: neither is a key. A character of
+// several bytes arrives byte by byte, in the encoding of texts; what is no whole character, or one that texts can't
+// hold, gives kKeyUnfit once.
 int inkey();
 int winkey(WINDOW *win);
-inline constexpr int kKeyUnfit = 0x10000;
+// As winkey, for who edits a text: a paste arrives, too, its printable characters up to its first line end.
+int editkey(WINDOW *win);
+// Beeps for what was typed and can't be taken; in a paste once.
+void refuse_typed();
 // The bytes of the character whose first one was read last, for a reader that takes characters whole.
 std::string take_rest_of_character();
 // Waits for any key, or character.

@@ -10,7 +10,13 @@
 
 namespace {
 
-int32_t draw_entry(WINDOW *win, const StringNode &node, bool selected, int align) {
+// Where the text of an entry begins.
+struct Place {
+  int row;
+  int col;
+};
+
+Place draw_entry(WINDOW *win, const StringNode &node, bool selected, int align) {
   // The longest text that leaves the frame its columns: the last one where a text begins at `col`, else column 0, which
   // `width` less the text, or their halves, must not reach.
   const int room = align == kLeft    ? getmaxx(win) - 1 - node.col
@@ -19,16 +25,16 @@ int32_t draw_entry(WINDOW *win, const StringNode &node, bool selected, int align
   const int length = std::max(std::min(lenstr(node.text), room), 0);
   const int col = align == kLeft ? node.col : align == kRight ? node.width - length : node.width / 2 - length / 2;
   wprintv_cut(win, node.text, selected ? node.attr_sel : node.attr, node.row, col, length);
-  return node.strid;
+  return {node.row, col};
 }
 
-int32_t draw_list_entry(WINDOW *win, const StringNode &node, bool selected, int row, int col, int width, int align) {
+Place draw_list_entry(WINDOW *win, const StringNode &node, bool selected, int row, int col, int width, int align) {
   const int32_t attr = selected ? node.attr_sel : node.attr;
   const int length = std::min(lenstr(node.text), width);
   const int indent = align == kLeft ? 0 : align == kRight ? width - length : width / 2 - length / 2;
   wfdraw_hline(win, row, col, width, ' ', attr);
   wprintv_cut(win, node.text, attr, row, col + indent, length);
-  return node.strid;
+  return {row, col + indent};
 }
 
 // The node at position `num`; null for a position that only a longer list has.
@@ -109,21 +115,29 @@ void DumpList(StringNode *list) { get_last_one(list, kWaitForKeys); }
 
 int32_t DrawStringFromList(WINDOW *win, StringNode *list, int32_t num, int selected, int align) {
   const StringNode *const node = entry_at(list, num);
-  return node == nullptr ? 0 : draw_entry(win, *node, selected != 0, align);
+  if (node == nullptr) return 0;
+  draw_entry(win, *node, selected != 0, align);
+  return node->strid;
 }
 
 int32_t DrawStringFromListInList(WINDOW *win, StringNode *list, int32_t num, int selected, int row, int col, int width,
                                  int align) {
   const StringNode *const node = entry_at(list, num);
-  return node == nullptr ? 0 : draw_list_entry(win, *node, selected != 0, row, col, width, align);
+  if (node == nullptr) return 0;
+  draw_list_entry(win, *node, selected != 0, row, col, width, align);
+  return node->strid;
 }
 
 int32_t DrawFullStringBox(WINDOW *win, StringNode *list, int32_t sel, int align) {
   int32_t chosen = 0;
+  Place place = {};
   for (const StringNode *node = list; node != nullptr; node = node->next) {
-    const int32_t strid = draw_entry(win, *node, node->num == sel, align);
-    if (node->num == sel) chosen = strid;
+    const Place drawn = draw_entry(win, *node, node->num == sel, align);
+    if (node->num != sel) continue;
+    chosen = node->strid;
+    place = drawn;
   }
+  wc_set_pos(win, place.row, place.col);
   wshow(win);
   return chosen;
 }
@@ -132,12 +146,16 @@ int32_t DrawFullStringListBox(WINDOW *win, StringNode *list, int32_t first, int3
                               int count, int align) {
   if (list == nullptr) return 0;
   int32_t chosen = 0;
+  Place place = {row + cursor - 1, col};
   for (const StringNode *node = list; node != nullptr && node->num < first + count; node = node->next) {
     if (node->num < first) continue;
     const bool selected = node->num == first + cursor - 1;
-    const int32_t strid = draw_list_entry(win, *node, selected, row + node->num - first, col, width, align);
-    if (selected) chosen = strid;
+    const Place drawn = draw_list_entry(win, *node, selected, row + node->num - first, col, width, align);
+    if (!selected) continue;
+    chosen = node->strid;
+    place = drawn;
   }
+  wc_set_pos(win, place.row, place.col);
   wshow(win);
   return chosen;
 }

@@ -79,7 +79,7 @@ struct FieldEdit {
 };
 
 Typed take_typed(WINDOW *win) {
-  const int key = winkey(win);
+  const int key = editkey(win);
   return {key, static_cast<char>(key) + take_rest_of_character()};
 }
 
@@ -117,7 +117,7 @@ int apply_typed(FieldEdit &edit, const Typed &typed) {
   const int length = static_cast<int>(edit.cells.size());
   const int cells = static_cast<int>(typed.bytes.size());
   const FieldStep step = field_step(edit.field.type, length, edit.position, typed.key, cells);
-  if (step.action == FieldAction::beep) dobeep(1);
+  if (step.action == FieldAction::beep) refuse_typed();
   if (step.action == FieldAction::move_left) --edit.position;
   if (step.action == FieldAction::move_right) ++edit.position;
   if (step.action == FieldAction::erase) erase_before(edit);
@@ -153,7 +153,6 @@ int edit_cells(FieldEdit &edit, const FieldWatch &watch) {
   int ended = 0;
   while (ended == 0) {
     wcursor(edit.win, edit.field.row, edit.field.col + edit.position);
-    wshow(edit.win);
     ended = apply_typed(edit, take_typed(edit.win));
     tell(edit, watch);
   }

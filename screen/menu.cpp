@@ -137,7 +137,6 @@ int DoMenuExt(WINDOW *, int row, int col, int width, int32_t attr, int32_t attr_
   const List list = make_list(items, sep, count, {attr, attr_sel, first_row, 1, width - 1});
   const Window win = open_window(count + first_row + 1, width + 1, row, col);
   if (list == nullptr || win == nullptr) return kMenuNotShown;
-  c_disab();
   DrawMenuFrame(win.get(), attr, title, style);
   int32_t chosen = 0;
   for (int current = 1, drawn = 0;;) {
@@ -165,7 +164,6 @@ int DoScrollMenuExt(WINDOW *, int row, int col, int width, int height, int32_t a
   const List list = make_list(items, sep, count, {attr, attr_sel, -1, -1, 0});
   const Window win = open_window(scroll.visible + header + 2, width, row, col);
   if (list == nullptr || win == nullptr) return kMenuNotShown;
-  c_disab();
   DrawMenuFrame(win.get(), attr, title, style);
   int32_t chosen = 0;
   for (int drawn_first = 0, drawn_cursor = 0;;) {

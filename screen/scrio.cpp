@@ -63,32 +63,17 @@ void mend_cell(int row, int column) {
   }
 }
 
-void stage(WINDOW *win) {
-  wnoutrefresh(win);
-  if (!has_colors()) return;
-  const int cursor_row = getcury(newscr);
-  const int cursor_column = getcurx(newscr);
-  for (int row = getbegy(win); row < getbegy(win) + getmaxy(win); ++row) {
-    mend_cell(row, getbegx(win) - 1);
-    mend_cell(row, getbegx(win) + getmaxx(win));
-  }
-  wmove(newscr, cursor_row, cursor_column);
-}
-
 void repaint(WINDOW *win) {
   touchwin(win);
-  stage(win);
+  wshow(win);
 }
 
 void set_attribute(WINDOW *win, int32_t attr) {
   wattrset(win, static_cast<int>(static_cast<chtype>(attr) & A_ATTRIBUTES));
 }
 
-// Some terminal descriptions leave out what the keypad's Enter key sends in application mode.
-void know_keypad_enter() {
-  constexpr const char *kSequence = "\033OM";
-  if (key_defined(kSequence) == 0) define_key(kSequence, kKeyEnter);
-}
+// Of the sequences that begin with Escape curses then takes nothing but that: it would give up a slow one too early.
+void take_sequences_ourselves() { define_key("\033", kKeyEscape); }
 
 }  // namespace
 
@@ -96,9 +81,10 @@ void init_screen() {
   watch_terminal();
   initscr();
   give_terminal_back = end_screen;
+  prepare_line();
   prepare_giving_back();
-  if (std::getenv("ESCDELAY") == nullptr) set_escdelay(20);
-  know_keypad_enter();
+  if (std::getenv("ESCDELAY") == nullptr) set_escdelay(escape_wait(input_device()));
+  take_sequences_ourselves();
   if (MB_CUR_MAX == 1) use_legacy_coding(1);  // bytes from 0xA0 on are shown as they are
 
   start_color();
@@ -108,7 +94,10 @@ void init_screen() {
 }
 
 void end_screen() {
-  if (is_on_screen()) endwin();
+  if (is_on_screen()) {
+    mark_pastes(false);
+    endwin();
+  }
   forget_giving_back();
 }
 
@@ -131,7 +120,19 @@ void winitscrio(WINDOW *win) {
 }
 
 void wshow(WINDOW *win) {
-  stage(win);
+  const bool is_drawn = is_wintouched(win);
+  wnoutrefresh(win);
+  if (!is_drawn || !has_colors()) return;
+  for (int row = getbegy(win); row < getbegy(win) + getmaxy(win); ++row) {
+    mend_cell(row, getbegx(win) - 1);
+    mend_cell(row, getbegx(win) + getmaxx(win));
+  }
+}
+
+void update_terminal(WINDOW *win) {
+  curs_set(is_leaveok(win) && has_colors() ? 0 : 1);
+  leaveok(newscr, FALSE);
+  wmove(newscr, getbegy(win) + getcury(win), getbegx(win) + getcurx(win));
   doupdate();
 }
 
@@ -159,7 +160,6 @@ void repaint_windows() {
   if (!is_on_screen()) return;
   repaint(stdscr);
   for (const OpenWindow &open : open_windows) repaint(open.win);
-  doupdate();
 }
 
 // Curses fits windows to the terminal when it learns of a new size: each gets back the place that it was given.
@@ -212,11 +212,14 @@ void c_disab() { curs_set(0); }
 void c_set_size() {}
 void c_get_size() {}
 
-void show_cursor(WINDOW *win, bool edited) {
-  leaveok(win, edited ? FALSE : TRUE);
-  if (edited) {
-    c_enab();
-  } else {
-    c_disab();
+void show_cursor(WINDOW *win, bool edited) { leaveok(win, edited ? FALSE : TRUE); }
+
+void move_to_text(WINDOW *win) {
+  for (int row = 1; row < getmaxy(win) - 1; ++row) {
+    for (int column = 1; column < getmaxx(win) - 1; ++column) {
+      cchar_t cell = {};
+      mvwin_wch(win, row, column, &cell);
+      if (cell.chars[0] != L' ') return wc_set_pos(win, row, column);
+    }
   }
 }

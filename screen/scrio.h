@@ -21,6 +21,8 @@ inline constexpr int32_t kAttrEditBackground = 0x600;  // cyan on blue: around m
 
 // --- start and end
 
+// False when the standard input or output is no terminal, or one that can't move its cursor: no screen can be shown.
+bool can_show_screens();
 // Starts curses and defines the colour pairs. From then on the terminal is given back before the program stops, also by
 // a signal that ends it (it still dies by that signal), by abort() and by an
 // exception that nobody takes.
@@ -38,7 +40,11 @@ extern void (*before_leaving)();
 // Reads without echo, key by key, waiting; function keys as one code.
 void initscrio();
 void winitscrio(WINDOW *win);
+// The window as it is now belongs to the picture that the terminal shows when the next key is waited for.
 void wshow(WINDOW *win);
+// Sends what changed since the picture that the terminal shows, at once, and puts its cursor on the window's: hidden,
+// unless the window's text is edited (show_cursor) or the terminal has no colours to tell what is chosen.
+void update_terminal(WINDOW *win);
 
 // --- windows
 
@@ -51,7 +57,7 @@ using Window = std::unique_ptr<WINDOW, WindowCloser>;
 // A window of `rows` by `columns` cells with its first cell at (row, column) of the screen, or as far up and left of it
 // as it takes to fit on 24 rows and 80 columns; read as winitscrio sets it. Null when it could not be made.
 [[nodiscard]] Window open_window(int rows, int columns, int row, int column);
-// Repaints all open windows, from the bottom up.
+// All open windows belong to the next picture, from the bottom up.
 void repaint_windows();
 // The terminal has a new size: when the screens fit on it, everything is painted anew; no window changes.
 void adopt_terminal_size(int rows, int columns);
@@ -85,6 +91,7 @@ void c_enab();
 void c_disab();
 void c_set_size();  // these two do nothing: kept, the interface names them
 void c_get_size();
-// While a field is edited: `edited` makes the terminal's cursor stand on the window's cursor and shows it; else it is
-// left where it is and hidden.
+// Whether the cursor is shown while a key is waited for on this window: while a field is `edited`.
 void show_cursor(WINDOW *win, bool edited);
+// The window's cursor goes to the first cell inside its frame that is not blank.
+void move_to_text(WINDOW *win);

@@ -2,10 +2,21 @@
 // scrio only.
 #pragma once
 
+#include <sys/types.h>
+
 // Remembers the line settings and takes the signals that end the program and the one that tells of a new size; those
 // that are ignored, or taken already, stay as they are. A file that grows too large is no signal any more. Before
 // curses starts, which then leaves them alone.
 void watch_terminal();
+// The line as the screens need it: Control-S is a key, and pastes are told from typing, until curses ends or the
+// program is stopped. Once curses runs.
+void prepare_line();
+// Whether the terminal is to tell what is pasted. prepare_line does it at the start.
+void mark_pastes(bool on);
+// The device that keys come from, and the milliseconds after which an Escape that came from it alone is the key: on a
+// serial line the bytes of a sequence come one by one.
+dev_t input_device();
+int escape_wait(dev_t device);
 // Makes ready what a signal handler writes to give the terminal back. Once curses runs, and after a change of size.
 void prepare_giving_back();
 // The terminal has been given back in an orderly way: nothing is left to do for a signal.

@@ -69,6 +69,10 @@ void run_program(int count, char *const arguments[]) {
   std::setlocale(LC_NUMERIC, "C");  // files and fields have decimal points
   read_options(count, arguments);
   read_oem_number();
+  if (!can_show_screens()) {
+    print_text(stderr, ("kavsetup: " + std::string(no_terminal[language]) + "\n").c_str());
+    return;
+  }
 
   init_screen();
   const bool ran = run_on_screen();

@@ -40,7 +40,7 @@ void show_file_missing(WINDOW *win, const char *file) {
   char text[512];
   std::snprintf(text, sizeof text, file_missing_label[language], file);
   wprintv_cut(win, text, kAttrHighlight, 10, 11, 38);
-  wshow(win);
+  wc_set_pos(win, 10, 11);
   wait_for_key(win);
 }
 

@@ -2,6 +2,8 @@
 
 Label err_start = {"your terminalsize should have 24 rows, 80 columns, please resize",
                    "端末のサイズを 24 行、80 桁以上に変更してください。"};
+Label no_terminal = {"standard input and output must be a terminal that can move its cursor",
+                     "標準入力と標準出力には、カーソルを動かせる端末が必要です。"};
 
 Label first_menu_title = {"KAVLON Configuration", "KAVLON インストール"};
 Label first_menu_create = {"Create a new configuration file", "新しい設定ファイルを作成"};

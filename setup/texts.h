@@ -4,6 +4,7 @@
 #include "util/language.h"
 
 extern Label err_start;  // the terminal is too small
+extern Label no_terminal;
 
 extern Label first_menu_title, first_menu_create, first_menu_exit;
 extern Label probe_menu_automatic, probe_menu_skip;

@@ -112,7 +112,7 @@ int draw_found_frame(WINDOW *parent, int32_t attr, const char *, const char *, c
   wfdraw_separator(win.get(), rows - 3, attr);
   wprintv(win.get(), probe_ok_label[language], attr, rows - 2, 5);
   wprintv(win.get(), probe_cancel_label[language], attr, rows - 2, columns - 18);
-  wshow(win.get());
+  move_to_text(win.get());
   return wait_for_answer(win.get());
 }
 

@@ -147,7 +147,7 @@ void soak(const std::vector<std::string> &options) {
   Soak s;
   s.options = options;
   const int wanted = number_in_environment("KAV_SOAK_KEYS", 3000);
-  const int warm = std::min(wanted / 4, 5000);  // until every screen was open once
+  const int warm = std::min(wanted / 2, 5000);  // until every screen was open once
   if (!s.start()) GTEST_SKIP();
   Holdings first, last;
   int process = 0, process_keys = 0;
