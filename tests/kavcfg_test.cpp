@@ -218,7 +218,7 @@ TEST_F(Kavcfg, TellsThatAModelStandsAfterTheFirst500) {
           .status,
       0);
   EXPECT_EQ(
-      kavcfg("-u many.ups set UpsModel=K-TRN010VQ-100").output,
+      kavcfg("-u many.ups set UpsModel=K-TRN010VQ-105").output,
       "kavcfg: UpsModel: stands after the first 500 models of the database many.ups, which alone can be chosen\n");
 }
 
@@ -365,6 +365,45 @@ TEST_F(Kavcfg, DrawsTheJobsOfAnEventOverTime) {
             "                                          |-----|-----|-----|-----|-----|-----|\n"
             "1  Log Event \"x\"          Do before 5 min       *\n"
             "   The shutdown begins                    ------------------------------------|\n");
+}
+
+// Schema and list agree with each other, with the standard's own check, and with apply.
+constexpr char kValidate[] = R"(
+import json, jsonschema, sys
+schema = json.load(open('schema'))
+jsonschema.Draft202012Validator.check_schema(schema)
+valid = jsonschema.Draft202012Validator(schema).is_valid
+site = dict(line.rstrip('\n').split('=', 1) for line in open('list'))
+defaults = {key: rule['default'] for key, rule in schema['properties'].items() if 'default' in rule}
+for good in [site, defaults, {'CheckRate': 5, 'UpTimeSupport': True, 'UpsID': None}]:
+    assert valid(good), good
+for bad in [{'NoKey': 1}, {'CheckRate': 0}, {'UpTimeSupport': 'maybe'}, {'GarUpTime': 1}, {'UpsLocation': []}]:
+    assert not valid(bad), bad
+json.dump(site, open('site.json', 'w'))
+json.dump(defaults, open('defaults.json', 'w'))
+)";
+
+TEST_F(Kavcfg, JsonAndSchemaHoldBeforeOtherPrograms) {
+  put_file("validate.py", kValidate);
+  ASSERT_EQ(kavcfg("-f site.cfg new").status, 0);
+  ASSERT_EQ(kavcfg("schema >schema").status + kavcfg("-f site.cfg list >list").status, 0);
+  EXPECT_EQ(run_shell("python3 validate.py 2>&1"), (Result{0, ""}));
+  EXPECT_EQ(kavcfg("-f site.cfg apply site.json --diff"), (Result{0, ""}));
+  EXPECT_EQ(kavcfg("-f site.cfg apply defaults.json"), (Result{0, ""}));
+  EXPECT_EQ(
+      kavcfg("-f site.cfg unset --json $('" KAVCFG_PROGRAM "' list --keys | grep -v UpsModel) | jq -r .changed").output,
+      "false\n");
+  for (const char *words :
+       {"schema", "explain PASSWORD --json", "explain Event0 --japanese --json", "set CheckRate=6 --json",
+        "set CheckRate=0 --json", "apply list --json --dry-run", "unset PASSWORD --json", "-f new.cfg new --json",
+        "job add 3 LOGMSG TEXT=$(printf 'a\\377') --json"}) {
+    EXPECT_EQ(kavcfg(std::string(words) + " | jq -e 'type == \"object\"'"), (Result{0, "true\n"})) << words;
+  }
+}
+
+TEST(KavcfgProgram, IsLinkedWithoutCurses) {
+  EXPECT_EQ(run_shell("readelf -d '" KAVCFG_PROGRAM "' | grep -c NEEDED").status, 0);
+  EXPECT_EQ(run_shell("readelf -d '" KAVCFG_PROGRAM "' | grep -E 'curses|tinfo'").output, "");
 }
 
 // Runs probe where the serial ports are simulated.

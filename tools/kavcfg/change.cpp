@@ -59,7 +59,15 @@ void take_changes(std::span<const Change> changes) {
   follow_shutdown(changes);
 }
 
+// A file without a model may stay so.
+bool is_present_model(const Change &change) {
+  const std::string *loaded = text_in_file(*change.setting);
+  return change.setting->kind == Kind::model &&
+         change.value == (loaded != nullptr ? *loaded : change.setting->fallback);
+}
+
 void add_faults(const Change &change, std::vector<KeyFinding> &faults) {
+  if (is_present_model(change)) return;
   const Setting &setting = *change.setting;
   const bool is_secret = setting.kind == Kind::secret;
   const std::string value = is_secret ? stored_value(setting).value : change.value;
