@@ -52,7 +52,9 @@ int ftruncate(int file, off_t size) noexcept { return fails("cut") ? -1 : made(S
 int linkat(int from, const char *old, int to, const char *path, int flags) noexcept {
   return fails("name") ? -1 : made(SYS_linkat, from, old, to, path, flags);
 }
-int rename(const char *from, const char *to) noexcept { return fails("rename") ? -1 : made(SYS_rename, from, to); }
+int rename(const char *from, const char *to) noexcept {
+  return fails("rename") ? -1 : made(SYS_renameat, AT_FDCWD, from, AT_FDCWD, to);
+}
 }
 
 namespace {
