@@ -68,9 +68,11 @@ bool find_value(std::string_view line, int mode, std::string_view &value) {
 
 void copy_trimmed(std::string_view value, char *out) {
   size_t length = 0;
-  for (const char c : value) {
-    const bool dropped = c == '\t' || (c == ' ' && length == 0);
-    if (!dropped && length < kLongestText) out[length++] = c;
+  while (!value.empty()) {
+    std::string_view piece = before(value, '\t');
+    value.remove_prefix(std::min(piece.size() + 1, value.size()));
+    while (length == 0 && piece.starts_with(' ')) piece.remove_prefix(1);
+    length = append_bounded(out, length, piece);
   }
   while (length > 0 && out[length - 1] == ' ') --length;
   out[length] = '\0';

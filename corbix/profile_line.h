@@ -89,9 +89,11 @@ bool holds_entry(std::string_view line, std::string_view key, int mode);
 inline bool may_hold_topic(std::string_view line) { return line.find('[') != std::string_view::npos; }
 inline bool may_hold_entry(std::string_view line, std::string_view key) {
   constexpr int kCaseBit = 'a' ^ 'A';
-  const size_t last = key.size() - 1;
-  while (!line.empty() && is_white_byte(line.front())) line.remove_prefix(1);
-  return key.empty() || (last < line.size() && ((line[last] ^ key.back()) & ~kCaseBit) == 0);
+  line.remove_prefix(count_leading_white(line));
+  if (line.size() < key.size()) return false;
+  size_t left = key.size();  // from the end: that is where keys differ
+  while (left > 0 && ((line[left - 1] ^ key[left - 1]) & ~kCaseBit) == 0) --left;
+  return left == 0;
 }
 
 // --- generated names

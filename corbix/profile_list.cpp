@@ -106,19 +106,15 @@ char *take_room(LinePool *pool, size_t size) {
   return std::end(pool->pieces->room) - std::exchange(pool->left, pool->left - size);
 }
 
-// The node for the next line that is read; null when memory runs out.
-ProfileLine *next_node(LineReading *reading) {
-  ProfileLine *node = &reading->record->first;
-  if (reading->last != nullptr) {
-    void *room = take_room(&reading->record->pool, sizeof(ProfileLine));
-    if (room == nullptr) return nullptr;
-    node = reading->last->next = new (room) ProfileLine{};
-    node->prev = reading->last;
-  }
-  node->text_is_lent = 1;
-  node->node_is_lent = 1;
-  reading->last = node;
-  return node;
+// Appends a line whose text lies in the pool; null when memory runs out.
+ProfileLine *append_line(LineReading *reading, char *text, size_t length, bool has_nul) {
+  ProfileLine *last = reading->last;
+  void *room = &reading->record->first;
+  if (last != nullptr) room = take_room(&reading->record->pool, sizeof(ProfileLine));
+  if (room == nullptr) return nullptr;
+  reading->last = new (room) ProfileLine{text, last, nullptr, static_cast<uint32_t>(length), 0, has_nul, 1, 1};
+  if (last != nullptr) last->next = reading->last;
+  return reading->last;
 }
 
 // Registers a topic's line, of which `text` is the text.
@@ -132,13 +128,11 @@ int index_topic(ProfileLine *line, std::string_view text, HashHandle h) {
 }
 
 int append_tmp_topic(LineReading *reading) {
-  ProfileLine *node = next_node(reading);
   char *text = take_room(&reading->record->pool, kTmpTopicLine.size());
-  if (node == nullptr || text == nullptr) return 0;
-  std::copy(kTmpTopicLine.begin(), kTmpTopicLine.end(), text);
-  node->txt = text;
-  node->length = kTmpTopicLine.size();
-  return hashNewTextVal(node, reading->record->hash);
+  if (text == nullptr) return 0;
+  kTmpTopicLine.copy(text, kTmpTopicLine.size());
+  ProfileLine *line = append_line(reading, text, kTmpTopicLine.size(), false);
+  return line != nullptr && hashNewTextVal(line, reading->record->hash);
 }
 
 }  // namespace
@@ -329,14 +323,12 @@ int take_line(LineReading *reading, char *text, size_t length) {
   const int mode = reading->record->mode;
   const std::string_view whole(text, length);
   const std::string_view line = reading->without_nul ? whole : before_nul(whole);
-  const bool topic = is_topic(line);
+  const bool topic = text + length > reading->bracket && is_topic(line);
   const bool entry = !topic && is_entry_line(line);
   if (topic) reading->counter = 0;
   if (entry && reading->topic_missing && !append_tmp_topic(reading)) return 0;
   if (topic || entry) reading->topic_missing = false;
 
-  ProfileLine *node = next_node(reading);
-  if (node == nullptr) return 0;
   if (entry && !is_keys(mode) && needs_key(line, mode)) {
     text = take_room(&reading->record->pool, kGeneratedKeyLength + length);
     if (text == nullptr) return 0;
@@ -344,9 +336,8 @@ int take_line(LineReading *reading, char *text, size_t length) {
     whole.copy(text + kGeneratedKeyLength, length);
     length += kGeneratedKeyLength;
   }
-  node->txt = text;
-  node->length = static_cast<uint32_t>(length);
-  node->has_nul = line.size() < whole.size();
+  ProfileLine *node = append_line(reading, text, length, line.size() < whole.size());
+  if (node == nullptr) return 0;
   return topic ? index_topic(node, line, reading->record->hash) : 1;
 }
 

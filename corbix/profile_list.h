@@ -111,9 +111,10 @@ void delete_topic(ProfileLine *topicLine, HashHandle h);
 struct LineReading {
   ProfileRecord *record;
   ProfileLine *last;
-  uint16_t counter;    // of the generated keys of the present topic
-  bool topic_missing;  // no topic yet: the first entry gets the generated one in front
-  bool without_nul;    // no line holds a NUL
+  uint16_t counter;     // of the generated keys of the present topic
+  bool topic_missing;   // no topic yet: the first entry gets the generated one in front
+  bool without_nul;     // no line holds a NUL
+  const char *bracket;  // no "[" stands before it
 };
 
 // Appends the line of `length` bytes at `text`, which lies in the pool, with what the record's mode generates for it.

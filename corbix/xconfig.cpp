@@ -3,7 +3,9 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -50,14 +52,15 @@ bool decode_byte(char byte, char *line, size_t &length) {
 // of them, and the program's start waits for it.
 constexpr size_t kKeySize = sizeof codeKey;
 bool decode_piece(char *bytes) {
-  char piece[kKeySize];
-  bool may_end = false;
-  for (size_t i = 0; i < kKeySize; ++i) {
-    piece[i] = coded(bytes[i], i);
-    may_end |= piece[i] == '\n';
-  }
-  if (!may_end) std::memcpy(bytes, piece, kKeySize);
-  return !may_end;
+  constexpr auto kKey = std::bit_cast<uint64_t>(codeKey);
+  constexpr uint64_t kOnes = ~uint64_t{0} / 0xFF;  // 1 in each byte
+  uint64_t piece = 0;
+  std::memcpy(&piece, bytes, kKeySize);
+  piece ^= kKey;
+  const uint64_t line_feeds_are_0 = piece ^ (kOnes * '\n');
+  if (((line_feeds_are_0 - kOnes) & ~line_feeds_are_0 & (kOnes * 0x80)) != 0) return false;
+  std::memcpy(bytes, &piece, kKeySize);
+  return true;
 }
 
 // Decodes the line at `at` in place and moves `at` past it. True when it is complete, with its "\r\n" or by its
@@ -84,8 +87,10 @@ bool decode_line(std::string &content, size_t &at, size_t &length) {
 int read_all_lines(ProfileRecord *record) {
   std::string &content = record->pool.content;
   const bool without_nul = content.find('\0') == std::string::npos;
-  LineReading reading = {record, nullptr, 0, !is_topics(record->mode), without_nul};
+  LineReading reading = {record, nullptr, 0, !is_topics(record->mode), without_nul, content.data()};
   for (size_t at = 0; at < content.size();) {
+    if (content.data() + at >= reading.bracket)
+      reading.bracket = content.data() + std::min(content.find('[', at), content.size());
     const std::string_view piece = std::string_view(content).substr(at, kTextPiece);
     const size_t length = std::min(piece.find('\n'), piece.size() - 1) + 1;
     if (!take_line(&reading, content.data() + at, length)) return 0;
@@ -97,7 +102,7 @@ int read_all_lines(ProfileRecord *record) {
 // Decodes in place. Kept: after the last line's end comes one empty line, and a line of 1023 bytes loses its end.
 int read_all_coded_lines(ProfileRecord *record) {
   std::string &content = record->pool.content;
-  LineReading reading = {record, nullptr, 0, !is_topics(record->mode), false};
+  LineReading reading = {record, nullptr, 0, !is_topics(record->mode), false, nullptr};
   size_t at = 0;
   for (bool at_end = false; !at_end;) {
     char *line = content.data() + at;
@@ -369,6 +374,19 @@ bool XNextLineEx(ProfileHandle handle, ProfileText &line) {
   if (!line.continues) ++line.number;
   line.continues = !is_binary(handle->mode) && !whole.ends_with('\n') && place->next != nullptr;
   return true;
+}
+
+bool XNextEntry(const char *topic, ProfileEntry &entry) {
+  if (!OpProfile.is_open) return false;
+  const ProfileLine *line = entry.place;
+  if (line == nullptr) line = search_topic(&OpProfile.first, topic, OpProfile.hash, OpProfile.mode);
+  if (line == nullptr) return false;
+  for (line = line->next; line != nullptr; line = line->next) {
+    entry = {line, {}, text_of(*line)};
+    if (holds_topic(entry.text)) return false;
+    if (find_entry(entry.text, OpProfile.mode, entry.key)) return true;
+  }
+  return false;
 }
 
 // --- one operation on a file

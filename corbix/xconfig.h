@@ -98,6 +98,15 @@ struct ProfileText {
 bool XNextLine(ProfileText &line);
 bool XNextLineEx(ProfileHandle handle, ProfileText &line);
 
+// An entry as the calls by topic and key find it.
+struct ProfileEntry {
+  const ProfileLine *place = nullptr;  // in the walk; null before the first entry
+  std::string_view key = {};           // also a generated one
+  std::string_view text = {};          // of the line, up to a NUL; both live until the next set or close
+};
+// Moves `entry` to the next entry of `topic`, at first to its first one. False when there is none.
+bool XNextEntry(const char *topic, ProfileEntry &entry);
+
 // --- one operation on a file: open, get or set, close
 
 // Plain, coded ("InCoded") and merge profiles. The result is that of the operation: whether the close could write the
