@@ -47,7 +47,7 @@ TEST(Position, Numbers) {
   }
 }
 
-TEST(Position, HexadecimalNumbersWrapBehindEightDigits) {
+TEST(Position, HexadecimalNumbersWrapAfterEightDigits) {
   const std::tuple<const char *, int, uint32_t> cases[] = {
       {"x1F", 0, 7}, {" 0X805c ", 1, 0x805C}, {"0x", 1, 0}, {"0xG1", 1, 1}, {"0x123456789", 1, 0x2345678A},
   };
@@ -97,6 +97,17 @@ TEST(Database, LinesThatAreNoRecords) {
   EXPECT_EQ(getEntryFromDb(line, "Ups", 1), 1);
   EXPECT_STREQ(line, "second|2");
   EXPECT_EQ(getEntryFromDb(line, "x", 0), 1);
+}
+
+TEST(Database, FirstLineWithANumberCountsUpToTheFirstGap) {
+  const OpenDatabase db("[UPS]\n@$tmp_key$@00001=own\nzero\none\n@$TMP_KEY$@00003=three\n@$tmp_key$@4=four\n");
+  char line[kValueBufferSize] = "";
+  EXPECT_EQ(UpsGetCountDb(), 2);
+  EXPECT_EQ(getEntryFromDb(line, "UPS", 1), 1);
+  EXPECT_STREQ(line, "own");
+  EXPECT_EQ(getEntryFromDb(line, "UPS", 3), 1);
+  EXPECT_STREQ(line, "three");
+  EXPECT_EQ(getEntryFromDb(line, "UPS", 2) + getEntryFromDb(line, "UPS", 4), 0);
 }
 
 TEST(Database, IsOpenedOnceAndItsLastModelOutlivesIt) {

@@ -1,13 +1,17 @@
 #include "upsdb/upsdb.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "corbix/profile_line.h"
 #include "corbix/xconfig.h"
 #include "upsdb/position.h"
 #include "upsdb/records.h"
@@ -21,6 +25,7 @@ namespace {
 
 constexpr int kInterfaceVersion = 12;
 constexpr int kMostLines = std::numeric_limits<int16_t>::max();
+constexpr size_t kNumberDigits = 5;  // of a generated key
 
 struct FoundModel {
   char name[kFieldBufferSize];
@@ -29,6 +34,11 @@ struct FoundModel {
 
 int isDBOpen = 0;
 FoundModel UpsCache = {"", -1};
+
+// The lines of a section by their numbers, where they lie in the profile; without data where there is none.
+using Lines = std::vector<std::string_view>;
+// Of the sections that were asked for: readers go from line to line, and each is looked for from the first one on.
+std::map<std::string, Lines, std::less<>> sections;
 
 constexpr size_t further_at(size_t i) { return offsetof(UpsData, further) + i * sizeof(double); }
 
@@ -65,12 +75,34 @@ int copy_value(const char *section, const char *key, char *buffer, int length) {
   return 1;
 }
 
-bool has_entry(const char *section, int n) {
-  char line[kValueBufferSize];
-  return getEntryFromDb(line, section, n);
+// The number in a generated key; kMostLines for any other key.
+int number_of(std::string_view key) {
+  unsigned number = 0;
+  const char *end = key.data() + key.size();
+  const bool is_number = is_tmp_key(key) && key.size() == std::string_view(kTmpKey).size() + kNumberDigits &&
+                         std::from_chars(end - kNumberDigits, end, number).ptr == end;
+  return is_number ? static_cast<int>(number) : kMostLines;
 }
 
-void forget_variables() {
+const Lines &lines_of_section(const char *section) {
+  static const Lines kNone;
+  if (!isDBOpen || section == nullptr) return kNone;
+  const auto known = sections.find(section);
+  if (known != sections.end()) return known->second;
+  Lines lines;
+  ProfileEntry entry;
+  while (XNextEntry(section, entry)) {
+    const int n = number_of(entry.key);
+    if (n >= kMostLines) continue;
+    const auto index = static_cast<size_t>(n);
+    if (index >= lines.size()) lines.resize(index + 1);
+    if (lines[index].data() == nullptr) lines[index] = entry.text;
+  }
+  return sections.emplace(section, std::move(lines)).first->second;
+}
+
+void forget_lines() {
+  sections.clear();
   tmpVarTab.clear();
   VarCount = 0;
 }
@@ -85,25 +117,17 @@ int fillUpsDataFromUCString(UpsData &record, const char *line) {
 }
 
 int getEntryFromDb(char *buffer, const char *section, int n) {
-  char key[32];
-  std::snprintf(key, sizeof key, "%s%05d", kTmpKey, n);
-  return get_value_of_key(section, key, buffer);
+  const Lines &lines = lines_of_section(section);
+  const auto index = static_cast<size_t>(n);  // beyond all when negative
+  if (index >= lines.size() || lines[index].data() == nullptr) return 0;
+  get_value(lines[index], buffer, kReadCoded);
+  return 1;
 }
 
-// The numbers of a section's lines have no gap: double the bound, then halve the distance to the last line.
 int16_t countDBEntries(const char *section) {
-  int there = 0;    // lines 0 to there - 1 are there
-  int missing = 1;  // line missing - 1 is not
-  while (missing <= kMostLines && has_entry(section, missing - 1)) {
-    there = missing;
-    missing *= 2;
-  }
-  missing = std::min(missing, kMostLines + 1);
-  while (missing - there > 1) {
-    const int middle = there + (missing - there) / 2;
-    (has_entry(section, middle - 1) ? there : missing) = middle;
-  }
-  return static_cast<int16_t>(there);
+  const Lines &lines = lines_of_section(section);
+  const auto is_missing = [](std::string_view line) { return line.data() == nullptr; };
+  return static_cast<int16_t>(std::ranges::find_if(lines, is_missing) - lines.begin());
 }
 
 int16_t findEntryInDb(const char *name) {
@@ -122,7 +146,7 @@ int16_t findEntryInDb(const char *name) {
 int UpsOpenDb(const char *file) {
   if (isDBOpen || !XOpenProfile(file, kReadCoded)) return 0;
   isDBOpen = 1;
-  forget_variables();
+  forget_lines();
   return 1;
 }
 
@@ -130,7 +154,7 @@ void UpsCloseDb() {
   if (!isDBOpen) return;
   XCloseProfile();
   isDBOpen = 0;
-  forget_variables();
+  forget_lines();
 }
 
 int UpsIsOpenDb() { return isDBOpen; }
