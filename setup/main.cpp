@@ -1,6 +1,4 @@
 // kavsetup: the whole life of the program.
-#include <malloc.h>
-
 #include <cerrno>
 #include <clocale>
 #include <cstdio>
@@ -16,25 +14,12 @@
 #include "setup/events_cfg/events.h"
 #include "setup/options.h"
 #include "setup/session.h"
-#include "setup/settings/models.h"
 #include "setup/texts.h"
 #include "unixtools/portprobe.h"
-#include "upsdb/upsdb.h"
 #include "util/charset.h"
 #include "util/files.h"
 
 namespace {
-
-// Pieces of memory from this size on go back to the system as soon as they are freed: what a loaded database took would
-// else stay for the whole session, a third of a megabyte.
-constexpr int kBigPiece = 64 << 10;
-
-void read_oem_number() {
-  if (!UpsOpenDb(upstypname)) return;  // the session tells
-  int16_t number = 0;
-  if (UpsOEMIdDb(number)) oemid = number;
-  UpsCloseDb();
-}
 
 void create_configurations(WINDOW *win) {
   create_new_cfg = 1;
@@ -60,15 +45,13 @@ bool run_on_screen() {
 }
 
 void run_program(int count, char *const arguments[]) {
-  mallopt(M_MMAP_THRESHOLD, kBigPiece);
   attr_dkl = kAttrNormal;
   attr_hell = kAttrHighlight;
   menu_help = get_menu_help;
   before_leaving = restore_probed_port;
-  std::setlocale(LC_ALL, "");
-  std::setlocale(LC_NUMERIC, "C");  // files and fields have decimal points
+  std::setlocale(LC_CTYPE, "");  // no more than that: each category costs files, and numbers keep their decimal points
+  std::setlocale(LC_MESSAGES, "");
   read_options(count, arguments);
-  read_oem_number();
   if (!can_show_screens()) {
     print_text(stderr, ("kavsetup: " + std::string(no_terminal[language]) + "\n").c_str());
     return;

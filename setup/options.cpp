@@ -10,7 +10,6 @@
 #include "util/trace.h"
 
 int32_t testmode = 0;
-int32_t oemid = 0;
 
 void read_options(int count, char *const arguments[]) {
   for (int i = 0; i < count; ++i) {

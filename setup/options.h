@@ -3,9 +3,7 @@
 
 #include <cstdint>
 
-// All written by the start alone.
 extern int32_t testmode;  // set by the hidden switch; nothing consults it: kept as a flag
-extern int32_t oemid;     // of the UPS type database, 0 without one; nothing depends on it
 
 // Reads the arguments after the program's name; one that is no option ends the program through usage().
 void read_options(int count, char *const arguments[]);

@@ -49,6 +49,7 @@ void put_number(int field, int32_t number) { put_text(field, std::to_string(numb
 }  // namespace
 
 char upstypname[256] = "upstyp.ups";
+int16_t oemid = 0;
 ModelEntry UpsTypeArr[kMaxModels + 1] = {{"LAST", 0, 0, 0, 0, 0, 0}};
 
 const CableEntry UpsCableArr[12] = {
@@ -71,6 +72,7 @@ const CableEntry UpsCableArr[12] = {
 
 int InitUpsTypeArray() {
   if (!UpsOpenDb(upstypname)) return 0;
+  UpsOEMIdDb(oemid);
   const int count = UpsGetCountDb();
   int index = 0;
   for (; index < count && index < kMaxModels; ++index) {

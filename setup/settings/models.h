@@ -4,6 +4,7 @@
 #include <cstdint>
 
 extern char upstypname[256];  // file name of the database; written by the command line
+extern int16_t oemid;         // of the database, 0 without one; nothing depends on it
 
 struct ModelEntry {
   char ups_name[32];
@@ -24,7 +25,8 @@ struct CableEntry {
 };
 extern const CableEntry UpsCableArr[12];  // closed by "LAST", -1
 
-// Fills UpsTypeArr from the database `upstypname`: 1, or 0 when it can't be opened (the table stays as it was).
+// Fills UpsTypeArr and oemid from the database `upstypname`: 1, or 0 when it can't be opened (the table stays as it
+// was).
 int InitUpsTypeArray();
 // Entries before "LAST".
 int get_max_ups_list(const ModelEntry *table);
