@@ -253,8 +253,9 @@ bool keep_extended_attribute(int from, int to, const char *name) {
 
 // Access control lists are among them.
 bool keep_extended_attributes(int from, int to) {
-  std::string names(XATTR_LIST_MAX, '\0');
-  const ssize_t size = flistxattr(from, names.data(), names.size());
+  ssize_t size = flistxattr(from, nullptr, 0);  // most files have none
+  std::string names(static_cast<size_t>(std::max<ssize_t>(size, 0)), '\0');
+  if (size > 0) size = flistxattr(from, names.data(), names.size());
   if (size < 0) return errno == ENOTSUP;
   names.resize(static_cast<size_t>(size));
   for (size_t at = 0; at < names.size(); at += std::strlen(&names[at]) + 1) {
