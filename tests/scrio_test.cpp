@@ -1,13 +1,17 @@
 #include "screen/scrio.h"
 
 #include <gtest/gtest.h>
+#include <sys/sysmacros.h>
 
 #include <clocale>
 #include <cstring>
+#include <random>
 #include <string>
+#include <tuple>
 
 #include "screen/draw.h"
 #include "screen/keys.h"
+#include "screen/terminal.h"
 #include "tests/curses_screen.h"
 #include "util/charset.h"
 #include "util/text.h"
@@ -39,6 +43,23 @@ TEST(Charset, EveryByteFillsOneColumn) {
   };
   for (const auto &c : cases) EXPECT_EQ(text_to_cells(c.text, c.charset, c.columns), c.cells) << c.text;
   EXPECT_EQ(text_to_cells({"a\0b", 3}, Charset::euc_jp), L"a?b");
+  std::setlocale(LC_ALL, "C");
+}
+
+TEST(Charset, WhatOtherSystemsSendIsTheCharacterOfTheSet) {
+  std::setlocale(LC_ALL, "C.UTF-8");
+  for (const auto &[typed, own] : {std::pair("～", "\xA1\xC1"),
+                                   {"〜", "\xA1\xC1"},
+                                   {"－", "\xA1\xDD"},
+                                   {"∥", "\xA1\xC2"},
+                                   {"￠", "\xA1\xF1"},
+                                   {"￡", "\xA1\xF2"},
+                                   {"￢", "\xA2\xCC"},
+                                   {"—", "\xA1\xBD"},
+                                   {"①", ""},
+                                   {"髙", ""}}) {
+    EXPECT_EQ(typed_character(typed, Charset::euc_jp).text, own) << typed;
+  }
   std::setlocale(LC_ALL, "C");
 }
 
@@ -104,6 +125,50 @@ TEST(Keys, AsTheyAreHandedOut) {
   EXPECT_EQ(inkeysys(&scan), 3);
   EXPECT_TRUE(scan == 1 && kbhit() == 1 && inkeye(0) == 'k' && inkeyx() == 'x');
   EXPECT_EQ(row_of(stdscr, 0, 0, 1), "k");
+}
+
+TEST(Sequences, EndWhereTheirGrammarSaysHoweverTheyAreCut) {
+  // a sequence is whole with its last byte and not before, whatever comes after it
+  for (const std::string_view whole :
+       {"\033[A", "\033[1;5D", "\033O5A", "\033\033[A", "\033[7$", "\033[?1;2$y", "\033[[A", "\033[M!!!",
+        "\033[<0;1;1M", "\033]0;[A\a", "\033P1$r\033\\", "\033x", "\033\r"}) {
+    for (size_t cut = 1; cut < whole.size(); ++cut) {
+      EXPECT_EQ(sequence_length(whole.substr(0, cut)).bytes, 0u) << whole.substr(1, cut);
+    }
+    EXPECT_EQ(sequence_length(whole).bytes, whole.size()) << whole.substr(1);
+  }
+  // what can't belong to it ends it before
+  for (const auto &[typed, length] : {std::pair("\033\033x", 1),
+                                      {"\033[1\033", 3},
+                                      {"\033[\r", 2},
+                                      {"\033O\t", 2},
+                                      {"\033]0;a\r", 5},
+                                      {"\033]0;a\033[", 5},
+                                      {"\033[M!\033", 4},
+                                      {"\033[1\303", 3}}) {
+    EXPECT_EQ(sequence_length(typed).bytes, static_cast<size_t>(length)) << typed + 1;
+  }
+  std::mt19937 random(1);
+  for (int i = 0; i < 10000; ++i) {
+    std::string typed = "\033";
+    while (sequence_length(typed).bytes == 0 && typed.size() < 100) typed += "\033[O]PM;019~$A \a\\x"[random() % 19];
+    const size_t length = sequence_length(typed).bytes;
+    EXPECT_TRUE(length <= typed.size() && (length == 0 || key_of_sequence(typed.substr(0, length)) >= kNoKey));
+  }
+}
+
+TEST(Sequences, EscapeAloneWaitsLongerOnASerialLine) {
+  for (const auto &[kind, number, wait] : {std::tuple(136, 0, 20),
+                                           {143, 9, 20},
+                                           {3, 1, 20},
+                                           {4, 1, 20},
+                                           {4, 64, 200},
+                                           {188, 0, 200},
+                                           {166, 1, 200},
+                                           {204, 64, 200},
+                                           {229, 0, 200}}) {
+    EXPECT_EQ(escape_wait(makedev(kind, number)), wait) << kind << ":" << number;
+  }
 }
 
 TEST(LineInput, EditsAndEndsByItsForm) {

@@ -117,11 +117,29 @@ std::string locale_bytes(wchar_t code) {
   return length <= sizeof bytes ? std::string(bytes, length) : std::string();
 }
 
+// What the input methods of other systems send where the character set has its own form of the same character.
+wchar_t own_form(wchar_t code) {
+  constexpr wchar_t kForms[][2] = {
+      {0xFF5E, 0x301C},  // wave dash
+      {0xFF0D, 0x2212},  // minus sign
+      {0x2225, 0x2016},  // double vertical line
+      {0xFFE0, 0x00A2},  // cent sign
+      {0xFFE1, 0x00A3},  // pound sign
+      {0xFFE2, 0x00AC},  // not sign
+      {0x2014, 0x2015},  // dash
+  };
+  for (const auto &[typed, own] : kForms) {
+    if (code == typed) return own;
+  }
+  return code;
+}
+
 // The form of a character in Japanese texts; empty when they can't hold it.
 std::string euc_jp_text(wchar_t code) {
   static const Converter converter("EUC-JP", "WCHAR_T");
   char text[8];
-  const size_t bytes = convert(converter, &code, sizeof code, text, sizeof text);
+  const wchar_t own = own_form(code);
+  const size_t bytes = convert(converter, &own, sizeof own, text, sizeof text);
   return bytes == 2 && text[0] != kKanaLead ? std::string(text, bytes) : std::string();
 }
 

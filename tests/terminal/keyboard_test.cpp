@@ -204,4 +204,142 @@ TEST(Keyboard, KnownSequencesAreTheirKeysAndUnknownOnesNothingOnEveryTerminal) {
   }
 }
 
+// Pieces come 50 ms apart. Escape alone has less time on a pseudo-terminal, unless the person wants it otherwise.
+void type_slowly(Terminal &t, std::string_view bytes, size_t first_piece) {
+  t.type(bytes.substr(0, first_piece));
+  for (const char byte : bytes.substr(first_piece)) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    t.type({&byte, 1});
+  }
+}
+
+TEST(Keyboard, ASlowLineCutsNoSequence) {
+  for (const auto &[setting, first_piece] : {std::pair("HOME=/", 2), std::pair("ESCDELAY=400", 1)}) {
+    Terminal t;
+    open_new_session(t, {.environment = {setting}});
+    const std::string screen = t.screen();
+    int bells = t.bells();
+    for (const std::string_view unknown : {"\033[24;80R", "\033[M 12", "\033]0;a\033\\", "\033[[Z"}) {
+      type_slowly(t, unknown, static_cast<size_t>(first_piece));
+      EXPECT_EQ(t.bells(), ++bells) << unknown.substr(1);
+      EXPECT_EQ(t.screen(), screen);
+    }
+    for (const std::string_view down : {"\033[B", "\033OB", "\033[1;5B"}) {
+      type_slowly(t, down, static_cast<size_t>(first_piece));
+    }
+    EXPECT_EQ(t.cursor().row, 13);
+    t.type("\033[");  // alone it is Alt and "[", after a while
+    t.settle();
+    EXPECT_EQ(t.bells(), ++bells);
+    t.type("\033\033");  // leaves this menu, and not the first one
+    t.see("Create a new configuration file");
+  }
+}
+
+TEST(Keyboard, APasteGoesIntoAFieldUpToItsLineEndAndNowhereElse) {
+  constexpr int kRow = 9, kColumn = 12, kCells = 30;
+  const std::string lines = "/a/b\rc\rd\re\rf\rg\rh\ri\rj\rk\rl\rm";
+  const struct {
+    std::string text, field;
+    int beeps;
+  } kPastes[] = {
+      {"/var/log", "/var/log", 0},
+      {"/var/log\r", "/var/log", 0},
+      {lines, "/a/b", 1},
+      {"/x\t\033[B\033\001?\177\bÿ", "/xÿ", 1},
+      {std::string(40, 'x'), std::string(kCells, 'x'), 1},
+      {std::string(1 << 20, 'y'), std::string(kCells, 'y'), 1},
+  };
+  Terminal t;
+  open_new_session(t);
+  int bells = t.bells();
+  t.type("\033[200~" + lines + "\033[201~");
+  EXPECT_EQ(t.bells(), ++bells);
+  EXPECT_EQ(t.cursor().row, 10);
+  choose(t, kPaths);
+  for (const auto &paste : kPastes) {
+    t.type(std::string(kCells, ' '));
+    t.press({Home});
+    t.type("\033[200~" + paste.text + "\033[201~");
+    ASSERT_TRUE(t.settle(60000));
+    const std::string cells = paste.field + std::string(kCells, ' ');
+    EXPECT_EQ(t.text(kRow, kColumn, kCells).substr(0, kCells), cells.substr(0, kCells)) << paste.text.substr(0, 50);
+    EXPECT_EQ(t.cursor().row, kRow);
+    EXPECT_EQ(t.bells(), bells += paste.beeps) << paste.text.substr(0, 50);
+    t.press({Home});
+  }
+  t.type("\033[200~lost end");  // what is typed after a while is typed
+  std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+  t.press({Escape});
+  t.see("Set Path values");
+  EXPECT_NE(t.written().find("\033[?2004h"), std::string::npos);
+  t.press({Escape, Down, Enter});
+  t.wait_exit();
+  EXPECT_GT(t.written().rfind("\033[?2004l"), t.written().rfind("\033[?2004h"));
+}
+
+TEST(Keyboard, ControlLPaintsAnewAndControlSIsAKey) {
+  Terminal t;
+  open_new_session(t);
+  const std::string screen = t.screen();
+  t.disturb("\033[3;1HBroadcast message");
+  EXPECT_NE(t.screen(), screen);
+  t.press({ControlL});
+  EXPECT_EQ(t.screen(), screen);
+  t.type("\023");
+  t.press({Down});
+  EXPECT_EQ(t.cursor().row, 11);
+}
+
+TEST(Cursor, StandsOnTheChosenEntryOrTheTextBeforeEachKey) {
+  for (const std::string terminal : {"xterm-256color", "vt100", "vt220"}) {
+    const bool has_colours = terminal == "xterm-256color";
+    Terminal t;
+    t.start({.environment = {"TERM=" + terminal}});
+    const auto stands_on = [&](const char *text) {
+      EXPECT_EQ(t.cursor(), t.find(text)) << terminal << t.dump();
+      EXPECT_EQ(t.cursor_visible(), !has_colours) << terminal << text;
+    };
+    stands_on("Create a new");
+    t.press({Down});
+    stands_on("Exit Configuration");
+    t.press({Up, Enter, Down, Enter});
+    stands_on("Set UPS values");
+    t.press({Up});
+    stands_on("Exit Menu");
+    t.press({Down, Enter});
+    EXPECT_EQ(t.cursor(), (Position{7, 26}));
+    EXPECT_TRUE(t.cursor_visible());
+    t.press({F10});
+    stands_on("You must select");
+    t.press({Space, ShiftQuestion});
+    stands_on("Enter the UPS Server");
+    t.press({Escape, Down, Down, Down, Down, Down, Down, Enter});
+    stands_on("Halvoris 500VA");
+    t.press({PageUp, Down, Escape, Escape});
+    choose(t, kEvents);
+    t.press({Down, Down});
+    stands_on("UPS/System shutdown");
+    t.press({Enter});
+    stands_on("Sends the messageid");
+  }
+}
+
+TEST(Start, WithoutATerminalThatShowsScreensOneLineSaysSo) {
+  for (const char *command : {"</dev/null", "| cat", "<&-", ">/dev/null", ">&-"}) {
+    Terminal t;
+    t.start({.options = {"-c", std::string("\"$0\" ") + command + "; echo status $?", KAVSETUP_PROGRAM},
+             .program = "/bin/sh"});
+    t.wait_exit();
+    constexpr char kLine[] = "kavsetup: standard input and output must be a terminal that can move its cursor\r\n";
+    EXPECT_EQ(t.written(), kLine + std::string(command[0] == '|' ? "status 0\r\n" : "status 1\r\n")) << command;
+  }
+  for (const char *type : {"dumb", "no-such-type"}) {
+    Terminal t;
+    t.start({.environment = {"TERM=" + std::string(type)}});
+    EXPECT_EQ(t.wait_exit(), 1);
+    EXPECT_EQ(t.written().find('\033'), std::string::npos) << type;
+  }
+}
+
 }  // namespace

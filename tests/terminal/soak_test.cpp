@@ -1,5 +1,5 @@
 // Random keys over all screens, for as long as wanted: no crash, no hang, memory and descriptors stay constant.
-//   KAV_SOAK_KEYS    keys in each language (default 3000)
+//   KAV_SOAK_KEYS    keys in each language (default 5000)
 //   KAV_SOAK_PASTE   kB that are pasted at once (default 64)
 //   KAV_SOAK_SEED    another course of keys
 #include <gtest/gtest.h>
@@ -146,7 +146,7 @@ void expect_constant(const Holdings &before, const Holdings &after, bool sanitiz
 void soak(const std::vector<std::string> &options) {
   Soak s;
   s.options = options;
-  const int wanted = number_in_environment("KAV_SOAK_KEYS", 3000);
+  const int wanted = number_in_environment("KAV_SOAK_KEYS", 5000);
   const int warm = std::min(wanted / 2, 5000);  // until every screen was open once
   if (!s.start()) GTEST_SKIP();
   Holdings first, last;

@@ -412,6 +412,10 @@ void Terminal::resize(int rows, int columns) {
   state->pending = true;
 }
 
+void Terminal::disturb(std::string_view bytes) {
+  vterm_input_write(settled(*state).emulator.get(), bytes.data(), bytes.size());
+}
+
 void Terminal::hang_up() { settled(*state).master.reset(); }
 
 void Terminal::send_signal(int number) {

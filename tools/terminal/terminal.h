@@ -114,6 +114,8 @@ struct Terminal {
 
   void resize(int rows, int columns);
   void hang_up();  // the terminal is gone
+  // Another program writes to the terminal.
+  void disturb(std::string_view bytes);
   void send_signal(int number);
 
   pid_t process() const;  // that was started
