@@ -5,12 +5,14 @@
 #include <clocale>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "corbix/xconfig.h"
 #include "fuzz/fuzz.h"
 #include "screen/keys.h"
 #include "screen/maskelib.h"
 #include "screen/menu.h"
+#include "screen/terminal.h"
 #include "setup/configuration/configuration.h"
 #include "setup/events_cfg/events.h"
 #include "setup/jobs/event_table.h"
@@ -46,7 +48,9 @@ constexpr uint8_t kFirstFunctionKey = 0x80;  // bytes from here on stand for the
 // Thrown where the next key is wanted: a session ends only when its user says so.
 struct EndOfKeys {};
 
-std::string_view keys;  // that were not typed yet
+std::string_view keys;      // that were not typed yet
+std::vector<int> put_back;  // the last one comes first
+bool escape_alone = false;  // was given out: nothing follows it in time
 
 int next_byte() {
   if (keys.empty()) throw EndOfKeys();
@@ -61,9 +65,30 @@ int next_byte() {
 extern "C" {
 int key_of_input(WINDOW *) asm("__wrap_wgetch");
 int key_of_input(WINDOW *) {
+  if (!put_back.empty()) {
+    const int key = put_back.back();
+    put_back.pop_back();
+    return key;
+  }
+  if (escape_alone) return ERR;
   const int byte = next_byte();
   const size_t index = static_cast<size_t>(byte) - kFirstFunctionKey;
-  return byte >= kFirstFunctionKey && index < std::size(kFunctionKeys) ? kFunctionKeys[index] : byte;
+  const int key = byte >= kFirstFunctionKey && index < std::size(kFunctionKeys) ? kFunctionKeys[index] : byte;
+  escape_alone = key != byte && key == kKeyEscape;
+  return key;
+}
+
+Arrival no_wait(int limit) asm("__wrap__Z14wait_for_inputi");
+Arrival no_wait(int limit) {
+  escape_alone = false;
+  return limit < 0 ? Arrival::input : Arrival::nothing;
+}
+
+// What was read too much comes next.
+int put_key_back(int key) asm("__wrap_ungetch");
+int put_key_back(int key) {
+  put_back.push_back(key);
+  return OK;
 }
 
 unsigned no_sleep(unsigned) asm("__wrap_sleep");
@@ -133,6 +158,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   unlink(stage.configuration.path.c_str());
   if (mode == kSessionEdit) stage.configuration.hold(kConfiguration);
   drop_typed_keys();
+  put_back.clear();
+  escape_alone = false;
   try {
     do_config(stage.main, kAttrNormal, stage.configuration.path.c_str(), mode);
   } catch (const EndOfKeys &) {
