@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <random>
 
 #include "corbix/xconfig.h"
 #include "util/files.h"
@@ -44,6 +45,23 @@ bool set_profile(void *file, const Setting &s, const char *value) {
 bool close_profile(void *file) {
   auto handle = static_cast<ProfileHandle>(file);
   return XCloseProfileEx(&handle);
+}
+
+// --- the floor: the file is read and its line ends are found, nothing is kept
+
+void *open_floor(const char *path, bool) {
+  auto *content = new std::string;
+  if (!read_file(path, *content)) std::abort();
+  size_t lines = 0;
+  for (size_t at = 0; (at = content->find('\n', at)) != std::string::npos; ++at) ++lines;
+  return lines > 0 ? content : nullptr;
+}
+
+bool get_floor(void *, const Setting &) { return true; }
+
+bool close_floor(void *file) {
+  delete static_cast<std::string *>(file);
+  return true;
 }
 
 // --- a bare list of lines: what every reader that keeps the lines has to do at least
@@ -213,6 +231,7 @@ constexpr Store kStores[] = {
     // clang-format off
     // name        open            get            set            save            close            keeps
     {"kavsetup",  open_profile,   get_profile,   set_profile,   nullptr,        close_profile,   true},
+    {"floor",     open_floor,     get_floor,     nullptr,       nullptr,        close_floor,     false},
     {"lines",     open_lines,     get_line,      nullptr,       nullptr,        close_lines,     true},
 #ifdef HAVE_INIH
     {"inih",      open_inih,      get_inih,      nullptr,       nullptr,        close_inih,      false},
@@ -237,12 +256,13 @@ SettingsFile::SettingsFile(int64_t keys, int64_t topics) {
   close(mkstemp(name));
   path = name;
   std::string text;
+  std::mt19937 random;
   for (int64_t i = 0; i < keys; ++i) {
     if (i % (keys / topics) == 0) text += "[topic" + std::to_string(i) + "]\n";
     if (i % 10 == 5) text += "# what the next setting means\n";
     const std::string topic = "topic" + std::to_string(i - i % (keys / topics));
     const std::string key = "setting" + std::to_string(i);
-    text += key + "=value of setting " + std::to_string(i) + "\n";
+    text += key + "=" + std::string(1 + random() % 40, 'v') + "\n";
     settings.push_back({topic, key, topic + ":" + key});
   }
   if (!replace_file(name, text)) std::abort();

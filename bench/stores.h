@@ -12,6 +12,7 @@ struct Setting {
 };
 
 // A file of `keys` settings spread over `topics` topics, removed at the end of its scope. Each tenth line is a comment.
+// Lines are of random length, the same in each run.
 struct SettingsFile {
   std::string path;
   std::vector<Setting> settings;
@@ -32,5 +33,5 @@ struct Store {
   bool keeps;  // false: each `get` reads the file anew
 };
 
-// Ours first, then the bare list of lines, then what the machine has of the others.
+// Ours first, then the floor, the bare list of lines, and what the machine has of the others.
 std::span<const Store> all_stores();

@@ -1,5 +1,5 @@
-# The table of a run, from lines NAME/PROGRAM/KEYS/TOPICS,VALUE: one row for each figure, with the bar that kavsetup
-# wants to meet.
+# The table of a run, from lines NAME/PROGRAM/KEYS/TOPICS,VALUE: one row for each figure, with the goal that
+# kavsetup wants to meet.
 { figure[$1] = $2 }
 
 function of(name, program, rest) { return figure[name "/" program rest] }
@@ -10,28 +10,46 @@ function beside(name, program, rest, digits,   other) {
   return other == "" ? "-" : sprintf("%.*f (%.1f)", digits, other, other / of(name, "kavsetup", rest))
 }
 
-# `met`: 1, 0, or "" where there is no bar. What was not measured has no row.
-function row(label, name, rest, digits, bar, met,   ours, bare) {
+# `met`: 1, 0, or "" where there is no goal. What was not measured has no row.
+function row(label, name, rest, digits, goal, met,   ours, bare) {
   ours = of(name, "kavsetup", rest)
   if (ours == "") return
   bare = of(name, "lines", rest) == "" ? "bare" : "lines"
-  printf "| %s | %.*f | %s | %s | %s | %s | %s | %s | %s | %s |\n", label, digits, ours,
-         beside(name, bare, rest, digits), beside(name, "inih", rest, digits), beside(name, "GKeyFile", rest, digits),
+  printf "| %s | %.*f | %s | %s | %s | %s | %s | %s | %s | %s | %s |\n", label, digits, ours,
+         beside(name, "floor", rest, digits), beside(name, bare, rest, digits), beside(name, "inih", rest, digits),
+         beside(name, "GKeyFile", rest, digits),
          beside(name, "SimpleIni", rest, digits), beside(name, "iniparser", rest, digits),
-         beside(name, "dialog", rest, digits), bar, met == "" ? "" : met ? "yes" : "NO"
+         beside(name, "dialog", rest, digits), goal, met == "" ? "" : met ? "yes" : "NO"
+}
+
+# What is asked of an operation on a file of so many keys: so many times faster than another one, or so many times the
+# floor at most.
+function floors(keys) { return keys == 100 ? 2 : 2.5 }
+function faster(keys) { return keys == 100 ? 1.25 : 1 }
+function goal_of(name, keys) {
+  return name == "load"      ? "inih 1.5, GKeyFile 2, " floors(keys) " floors" \
+         : name == "cold"    ? floors(keys) " floors" \
+         : name == "memory"  ? "bare 1" \
+         : name == "lookups" ? "300 us" \
+         : name == "write"   ? "GKeyFile " faster(keys) : ""
+}
+function is_met(name, keys, rest,   ours) {
+  ours = of(name, "kavsetup", rest)
+  if ((name == "load" || name == "cold") && ours > floors(keys) * of(name, "floor", rest)) return 0
+  return name == "load"      ? of(name, "inih", rest) >= 1.5 * ours && of(name, "GKeyFile", rest) >= 2 * ours \
+         : name == "cold"    ? 1 \
+         : name == "memory"  ? ours <= of(name, "lines", rest) \
+         : name == "lookups" ? ours <= 300 \
+         : name == "write"   ? ours * faster(keys) <= of(name, "GKeyFile", rest) : ""
 }
 
 # The rows of one operation on all files.
-function rows(label, name, digits, bar,   topics, keys, rest, ours, met) {
+function rows(label, name, digits,   topics, keys, rest) {
   for (topics = 1; topics <= 100; topics *= 10) {
     for (keys = 100; keys <= 10000; keys *= 10) {
       rest = "/" keys "/" topics
-      ours = of(name, "kavsetup", rest)
-      met = name == "load"     ? of(name, "inih", rest) >= 1.5 * ours && of(name, "GKeyFile", rest) >= 2 * ours \
-            : name == "memory" ? ours <= of(name, "lines", rest) \
-            : name == "write"  ? ours < of(name, "GKeyFile", rest) \
-            : name == "lookups" ? ours <= 500 : ""
-      row(label ", " keys " keys, " topics (topics == 1 ? " topic" : " topics"), name, rest, digits, bar, met)
+      row(label ", " keys " keys, " topics (topics == 1 ? " topic" : " topics"), name, rest, digits,
+          goal_of(name, keys), is_met(name, keys, rest))
     }
   }
 }
@@ -49,27 +67,35 @@ function growth(name,   topics, keys, ratio, worst) {
 
 function at_most(name, limit) { return of(name, "kavsetup", "") <= limit }
 
-function key_rows(label, name, has_bar) {
-  row(label ", ms", name, "", 2, has_bar ? "0.5" : "", has_bar ? at_most(name, 0.5) : "")
-  row(label ", bytes", name " bytes", "", 0, has_bar ? "130" : "", has_bar ? at_most(name " bytes", 130) : "")
+function key_rows(label, name, has_goal) {
+  row(label ", ms", name, "", 2, has_goal ? "0.5" : "", has_goal ? at_most(name, 0.5) : "")
+  row(label ", bytes", name " bytes", "", 0, has_goal ? "130" : "", has_goal ? at_most(name " bytes", 130) : "")
+}
+
+# A start, which may take `most` times as long as bare curses.
+function start_row(label, name, most) {
+  row("Start to the first screen, " label ", ms", name, "", 2, most " of bare",
+      of(name, "kavsetup", "") <= most * of(name, "bare", ""))
 }
 
 END {
-  print "| | kavsetup | bare | inih | GKeyFile | SimpleIni | iniparser | dialog | bar | met |"
-  print "|---|--:|--:|--:|--:|--:|--:|--:|---|---|"
-  rows("Load and one lookup, us", "load", 1, "inih 1.5, GKeyFile 2")
-  rows("Its peak memory, bytes", "memory", 0, "bare 1")
-  rows("1,000 lookups, us", "lookups", 0, "500 us")
-  rows("Load, 40 sets, durable write, us", "write", 0, "GKeyFile 1")
-  rows("The same with the disk, us", "disk", 0, "")
-  figure["growth/kavsetup"] = growth("write")
-  row("Growth of it with ten times the keys, at most", "growth", "", 1, "12", figure["growth/kavsetup"] <= 12)
+  print "| | kavsetup | floor | bare | inih | GKeyFile | SimpleIni | iniparser | dialog | goal | met |"
+  print "|---|--:|--:|--:|--:|--:|--:|--:|--:|---|---|"
+  rows("Load and one lookup, warm, us", "load", 1)
+  rows("Load and one lookup, cold, us", "cold", 1)
+  rows("Its peak memory, bytes", "memory", 0)
+  rows("1,000 lookups, us", "lookups", 0)
+  rows("Load, 40 sets, durable write, us", "write", 0)
+  rows("The same with the disk, us", "disk", 0)
+  figure["growth/kavsetup"] = growth("load")
+  row("Growth of a load with ten times the keys, at most", "growth", "", 1, "12", figure["growth/kavsetup"] <= 12)
   row("Load a database of 500 models, us", "database", "", 0, "", "")
   row("Choose a model in it, us", "model", "", 0, "", "")
   row("Parse a list of 32 jobs, us", "parse", "", 1, "", "")
   row("Build it, us", "build", "", 1, "", "")
-  row("Start to the first screen (500 models), ms", "start", "", 2, "1.3 of bare",
-      of("start", "kavsetup", "") <= 1.3 * of("start", "bare", ""))
+  start_row("without ups.cfg, 500 models", "start", 1.3)
+  start_row("with ups.cfg, 40 models", "start 40", 1.05)
+  start_row("with ups.cfg, 500 models", "start 500", 1.15)
   key_rows("Down in a menu", "down", 1)
   key_rows("Down in the list of models", "list", 1)
   key_rows("Down in the list of events, over the whole width", "events", 0)
