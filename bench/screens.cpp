@@ -1,10 +1,15 @@
 // What a person waits for: the start, a key in a menu, a list and a mask, Escape; and the memory of a session. Beside
 // bare curses and dialog, in the terminal of tools/terminal. Lines: FIGURE/PROGRAM,VALUE; times are medians in
 // milliseconds.
+#include <ncurses.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -78,6 +83,91 @@ void measure_key(const std::string &figure, Key key, int presses, const std::vec
   }
 }
 
+// All cells of a terminal, and its cursor.
+struct Picture {
+  std::vector<ScreenCell> cells;
+  Position cursor;
+};
+
+Picture picture_of(Terminal &t) {
+  Picture picture = {{}, t.cursor()};
+  for (int row = 0; row < 24; row++) {
+    for (int column = 0; column < 80; column++) picture.cells.push_back(t.cell(row, column));
+  }
+  return picture;
+}
+
+// Pieces of frames are drawn as curses draws them, everything else is ASCII.
+chtype character_of(const ScreenCell &cell) {
+  const std::map<std::string_view, chtype> pieces = {{"─", ACS_HLINE},    {"│", ACS_VLINE},    {"┌", ACS_ULCORNER},
+                                                     {"┐", ACS_URCORNER}, {"└", ACS_LLCORNER}, {"┘", ACS_LRCORNER},
+                                                     {"├", ACS_LTEE},     {"┤", ACS_RTEE}};
+  const auto piece = pieces.find(cell.text);
+  return piece == pieces.end() ? static_cast<unsigned char>(cell.text[0]) : piece->second;
+}
+
+// What curses writes to a file, in one screen for all pictures.
+struct BareScreen {
+  FILE *file = std::tmpfile();
+  SCREEN *screen = newterm("xterm-256color", file, file);
+  std::map<std::pair<int, int>, short> pairs;
+  BareScreen() {
+    start_color();
+    use_default_colors();
+    curs_set(0);
+  }
+  void draw(const ScreenCell &cell) {
+    const auto [pair, is_new] =
+        pairs.try_emplace({cell.foreground, cell.background}, static_cast<short>(pairs.size() + 1));
+    if (is_new) init_pair(pair->second, static_cast<short>(cell.foreground), static_cast<short>(cell.background));
+    attrset(static_cast<int>(COLOR_PAIR(pair->second) | (cell.bold ? A_BOLD : A_NORMAL)));
+    addch(character_of(cell));
+  }
+  // The bytes for this picture after the one before.
+  double bytes_of(const Picture &picture) {
+    const off_t before = lseek(fileno(file), 0, SEEK_CUR);
+    move(0, 0);
+    for (const ScreenCell &cell : picture.cells) draw(cell);
+    move(picture.cursor.row, picture.cursor.column);
+    refresh();
+    return static_cast<double>(lseek(fileno(file), 0, SEEK_CUR) - before);
+  }
+};
+
+// From one screen to the next: each sends what changes, once.
+void measure_changes(const Start &session) {
+  // clang-format off
+  const std::pair<const char *, Key> kChanges[] = {
+      {"to the UPS mask", Enter},
+      {"back from it", Escape},
+      {"", Down},
+      {"", Down},
+      {"", Down},
+      {"to the list of events", Enter},
+      {"to the list of jobs", Enter},
+      {"to a job mask", Enter},
+      {"to its help", ShiftQuestion},
+      {"back to the job mask", Escape},
+      {"back to the list of jobs", Escape},
+      {"back to the list of events", Escape},
+      {"back to the session menu", Escape},
+  };
+  // clang-format on
+  setenv("TERMINFO", KAVSETUP_TERMINFO, 1);
+  Terminal t;
+  open_new_session(t, session);
+  BareScreen bare;
+  bare.bytes_of(picture_of(t));
+  for (const auto &[name, key] : kChanges) {
+    const auto ours = static_cast<double>(t.measure(key).bytes);
+    const double others = bare.bytes_of(picture_of(t));
+    if (*name == '\0') continue;
+    print(std::string("change ") + name, "kavsetup", ours);
+    print(std::string("change ") + name, "bare", others);
+  }
+  endwin();
+}
+
 void measure_escape(const Start &session) {
   std::vector<double> times;
   Terminal t;
@@ -149,6 +239,7 @@ void terminal_fault(const std::string &what, const char *, int) {
 }
 
 int main() {
+  std::setlocale(LC_ALL, "C.UTF-8");
   const std::pair<std::string, std::string> database = {"upstyp.ups", big_database()};
   const std::pair<std::string, std::string> saved = {"ups.cfg", new_configuration()};
   const Start session = {.files = {database}};
@@ -172,6 +263,7 @@ int main() {
               {{"kavsetup", session, to_list + to_last_row}, {"dialog", long_menu, to_last_row + to_last_row}});
   measure_key("type", {"x"}, kRuns, {{"kavsetup", session, kToSession + kToPaths}, {"dialog", input, {}}});
   measure_escape(session);
+  measure_changes(session);
   measure_memory(session, bare);
   return 0;
 }

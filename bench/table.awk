@@ -78,6 +78,18 @@ function start_row(label, name, most) {
       of(name, "kavsetup", "") <= most * of(name, "bare", ""))
 }
 
+# From one screen to the next.
+function change_rows(   names, count, i, name) {
+  count = split("to the UPS mask|back from it|to the list of events|to the list of jobs|to a job mask|to its help|" \
+                "back to the job mask|back to the list of jobs|back to the list of events|back to the session menu",
+                names, "|")
+  for (i = 1; i <= count; i++) {
+    name = "change " names[i]
+    row("Screen change " names[i] ", bytes", name, "", 0, "1.15 of bare",
+        of(name, "kavsetup", "") <= 1.15 * of(name, "bare", ""))
+  }
+}
+
 END {
   print "| | kavsetup | floor | bare | inih | GKeyFile | SimpleIni | iniparser | dialog | goal | met |"
   print "|---|--:|--:|--:|--:|--:|--:|--:|--:|---|---|"
@@ -101,6 +113,7 @@ END {
   key_rows("Down in the list of events, over the whole width", "events", 0)
   key_rows("Down when the list of models scrolls", "scroll", 0)
   key_rows("A character typed into a mask", "type", 0)
+  change_rows()
   row("Escape, ms", "escape", "", 1, "30", at_most("escape", 30))
   row("Peak memory of a session, kB", "session", "", 0, "bare + 1,024",
       of("session", "kavsetup", "") <= of("session", "bare", "") + 1024)

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Where the text of an entry begins.
+// Where an entry begins, or the text of one that looks no different when it is selected: such a list is read only.
 struct Place {
   int row;
   int col;
@@ -34,7 +34,7 @@ Place draw_list_entry(WINDOW *win, const StringNode &node, bool selected, int ro
   const int indent = align == kLeft ? 0 : align == kRight ? width - length : width / 2 - length / 2;
   wfdraw_hline(win, row, col, width, ' ', attr);
   wprintv_cut(win, node.text, attr, row, col + indent, length);
-  return {row, col + indent};
+  return {row, node.attr == node.attr_sel ? col + indent : col};
 }
 
 // The node at position `num`; null for a position that only a longer list has.

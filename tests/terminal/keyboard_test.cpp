@@ -300,6 +300,11 @@ TEST(Cursor, StandsOnTheChosenEntryOrTheTextBeforeEachKey) {
       EXPECT_EQ(t.cursor(), t.find(text)) << terminal << t.dump();
       EXPECT_EQ(t.cursor_visible(), !has_colours) << terminal << text;
     };
+    const auto stands_on_row_of = [&](const char *text) {
+      EXPECT_EQ(t.cursor().row, t.find(text).row) << terminal << t.dump();
+      EXPECT_EQ(t.text(t.cursor().row, t.cursor().column - 1, 2), "│ ") << terminal << t.dump();
+      EXPECT_EQ(t.cursor_visible(), !has_colours) << terminal << text;
+    };
     stands_on("Create a new");
     t.press({Down});
     stands_on("Exit Configuration");
@@ -315,11 +320,11 @@ TEST(Cursor, StandsOnTheChosenEntryOrTheTextBeforeEachKey) {
     t.press({Space, ShiftQuestion});
     stands_on("Enter the UPS Server");
     t.press({Escape, Down, Down, Down, Down, Down, Down, Enter});
-    stands_on("Halvoris 500VA");
+    stands_on_row_of("Halvoris 500VA");
     t.press({PageUp, Down, Escape, Escape});
     choose(t, kEvents);
     t.press({Down, Down});
-    stands_on("UPS/System shutdown");
+    stands_on_row_of("UPS/System shutdown");
     t.press({Enter});
     stands_on("Sends the messageid");
   }
