@@ -24,7 +24,7 @@ inline constexpr int kKeyDelete = 330;
 inline constexpr int kKeyInsert = 331;
 inline constexpr int kKeyNextPage = 338;
 inline constexpr int kKeyPreviousPage = 339;
-inline constexpr int kKeyEnter = 343;   // on the keypad
+inline constexpr int kKeyEnter = 343;  // on the keypad
 inline constexpr int kKeyBackTab = 353;
 inline constexpr int kKeyEnd = 360;
 // And what is none of its keys.
