@@ -375,15 +375,6 @@ TEST(Terminal, ComesBackCellForCellAfterResizeAndSuspend) {
   t.see("Halvoris 500VA K-TSN005");
 }
 
-TEST(Terminal, KeypadEnterOnTypesThatDoNotDescribeIt) {
-  for (const std::string term : {"vt100", "screen-256color", "linux"}) {
-    Terminal t;
-    t.start({.environment = {"TERM=" + term}});
-    t.type(KeypadEnter.bytes);
-    EXPECT_TRUE(t.see("Skip automatic probe")) << term;
-  }
-}
-
 TEST(Terminal, AKeyCostsFewBytesAndEscapeLittleTime) {
   Terminal t;
   open_new_session(t);
