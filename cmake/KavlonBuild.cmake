@@ -6,6 +6,8 @@ target_compile_options(kav_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow 
 # gcc 12 sees overlapping copies inside std::string where there are none
 target_compile_options(kav_warnings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 target_include_directories(kav_warnings INTERFACE "${PROJECT_SOURCE_DIR}")
+# times after 2038, and files with large numbers, on processors of 32 bits, too
+target_compile_definitions(kav_warnings INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 
 # Hardening of what is installed; scripts/analyze proves it on the built program.
 include(CheckCXXCompilerFlag)
