@@ -172,6 +172,10 @@ TEST(Masks, SayAtOnceWhatTheFileCanNotGiveBack) {
   t.type("Attic");
   t.settle();
   EXPECT_EQ(t.find(kHidden), (Position{-1, -1}));
+  t.press({Escape});
+  choose(t, kPaths);
+  t.type("[");
+  t.see(kHidden);
 
   Terminal other;
   other.start({.files = {{"ups.cfg", "UpsLocation=Office\nMailEnableFlag=yes\n"}}});
