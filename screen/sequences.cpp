@@ -4,6 +4,8 @@
 #include <iterator>
 #include <string>
 
+#include "util/numbers.h"
+
 namespace {
 
 constexpr char kEscape = '\033';
@@ -88,8 +90,6 @@ constexpr KnownSequence kKnown[] = {
 
 bool is_control(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\177'; }
 bool is_high(char c) { return static_cast<unsigned char>(c) >= 0x80; }
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-bool is_number(std::string_view text) { return !text.empty() && std::ranges::all_of(text, is_digit); }
 
 // Bytes of a sequence with so many of them, unless one before is no part of any.
 size_t fixed_length(std::string_view bytes, size_t count) {
@@ -107,7 +107,7 @@ size_t control_length(std::string_view bytes) {
     const char c = bytes[at];
     if (is_control(c) || is_high(c)) return at;
     if (c >= '@') return at + 1;
-    if (c == '$' && is_number(bytes.substr(2, at - 2))) return at + 1;  // rxvt with Shift
+    if (c == '$' && is_whole_number(bytes.substr(2, at - 2))) return at + 1;  // rxvt with Shift
   }
   return 0;
 }
@@ -157,7 +157,8 @@ std::string without_modifiers(std::string_view bytes) {
   const size_t split = parameters.find(';');
   const std::string_view first = parameters.substr(0, split);
   const bool has_second = split != std::string_view::npos;
-  if (!is_number(first) || (has_second && !is_number(parameters.substr(split + 1)))) return std::string(bytes);
+  if (!is_whole_number(first) || (has_second && !is_whole_number(parameters.substr(split + 1))))
+    return std::string(bytes);
   // rxvt tells modifiers by the last byte
   if (last == '~' || last == '^' || last == '$' || last == '@') return bytes.front() + std::string(first) + '~';
   // a letter's own number is 1; older terminals send the modifier alone

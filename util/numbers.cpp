@@ -4,13 +4,10 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <string_view>
 
 namespace {
 
 constexpr int64_t kBeyond32Bits = int64_t{1} << 40;  // where reading digits stops to count
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // The number that the text begins with; 32 bits and their sign are always told apart from what lies beyond.
 int64_t read_decimal(const char *text) {
@@ -33,6 +30,10 @@ std::string_view first_characters(const char *text, int n) {
 }
 
 }  // namespace
+
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+bool is_whole_number(std::string_view text) { return !text.empty() && std::ranges::all_of(text, is_digit); }
 
 int32_t to_int32(const char *text) { return clamp_to<int32_t>(read_decimal(text)); }
 

@@ -2,12 +2,17 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 // Decimal conversion as strtol base 10 (leading white space, sign, digits; 0 for no digits), clamped to 32 bits.
 int32_t to_int32(const char *text);
 uint32_t to_uint32(const char *text);
 // Truncated toward zero and clamped to 32 bits; not a number gives 0.
 int32_t to_int32(double value);
+
+// Decimal digits, one and more: neither a sign nor blanks.
+bool is_digit(char c);
+bool is_whole_number(std::string_view text);
 
 // Digits of `value` in `base` (2 to 36), lower-case letters from 10 on, into `out` (34 bytes are always enough), with a
 // leading "-" and the value negated when `negative` is set; "" for any other base. All return `out`.

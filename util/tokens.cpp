@@ -1,7 +1,5 @@
 #include "util/tokens.h"
 
-#include <string_view>
-
 #include "util/text.h"
 
 namespace {
@@ -79,6 +77,15 @@ int numtoken(const char *text, const char *sep) {
 }
 
 int UCTnumtoken(const char *text, const char *sep) { return numtoken(text, sep); }
+
+std::string joined(std::span<const std::string> pieces, std::string_view sep) {
+  std::string text;
+  for (const std::string &piece : pieces) {
+    if (&piece != pieces.data()) text += sep;
+    text += piece;
+  }
+  return text;
+}
 
 int wp_numtoken(const char *text) {
   int words = 0;

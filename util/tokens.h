@@ -1,6 +1,10 @@
 // Pieces of a text that a separator string divides. Positions count from 1.
 #pragma once
 
+#include <span>
+#include <string>
+#include <string_view>
+
 // Piece n of `text` into `out` (`size` bytes): n - 1 separators are skipped, then at most size - 1 characters up to the
 // next separator are copied. Empty text, n < 1 or a text with fewer pieces gives ""; an empty separator the whole text
 // for any n >= 1. Returns `out`.
@@ -15,6 +19,9 @@ int UCTcnumtoken(const char *text, const char *sep);
 char *token(char *out, int size, const char *text, const char *sep, int n);
 int numtoken(const char *text, const char *sep);
 int UCTnumtoken(const char *text, const char *sep);
+
+// The pieces, with `sep` between two.
+std::string joined(std::span<const std::string> pieces, std::string_view sep);
 
 // The number of words separated by white space (is_white_space).
 int wp_numtoken(const char *text);

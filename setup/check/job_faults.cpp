@@ -7,19 +7,16 @@
 #include "setup/check/texts.h"
 #include "setup/jobs/job_fields.h"
 #include "setup/jobs/job_language.h"
+#include "util/numbers.h"
 #include "util/text.h"
 #include "util/tokens.h"
 
 namespace {
 
-bool is_whole_number(std::string_view text) {
-  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
-}
-
 std::string known_levels() {
-  std::string list;
-  for (const auto &level : funcframe_label07) list += (list.empty() ? "" : ", ") + std::string(level[language]);
-  return list;
+  std::vector<std::string> levels;
+  for (const auto &level : funcframe_label07) levels.emplace_back(level[language]);
+  return joined(levels, ", ");
 }
 
 // Case counts for the editor alone: lists in use have "Warning".
@@ -56,13 +53,13 @@ std::string parameter_fault(const JobRec &job) {
 
 // The codes of all timings, with a number as an example.
 std::string known_timings(int event) {
-  std::string list;
+  std::vector<std::string> codes;
   char code[sizeof JobRec::timing];
   for (const auto &timing : funcframe_label02) {
     if (!set_repeat_value(code, timing[language], event == kSchedulerEvent ? "5" : "60", event)) continue;
-    if (list.find(code) == std::string::npos) list += (list.empty() ? "" : ", ") + std::string(code);
+    if (std::ranges::find(codes, code) == codes.end()) codes.emplace_back(code);
   }
-  return list;
+  return joined(codes, ", ");
 }
 
 std::string timing_fault(const JobRec &job, int event) {
@@ -110,7 +107,7 @@ std::string fault_of_list(const std::string &list, const std::vector<std::string
 std::vector<std::string> faults_of_job_list(int event, const std::string &list) {
   std::vector<std::string> faults;
   const std::vector<std::string> jobs = split_joblist(list.c_str());
-  const auto job = std::make_unique<JobRec>();
+  const auto job = std::make_unique_for_overwrite<JobRec>();  // parse_job clears it
   for (size_t i = 0; i < jobs.size(); ++i) {
     parse_job(jobs[i].c_str(), event, *job);
     const std::string fault = fault_of_job(*job, event);

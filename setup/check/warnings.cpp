@@ -83,7 +83,7 @@ bool shuts_down(const JobRec &job) { return job.function == kShutdownFunction; }
 // True when a job of the list shuts the system down.
 bool check_jobs(Warnings &warnings, const Setting &list, const Messages &messages) {
   bool has_shutdown = false;
-  const auto job = std::make_unique<JobRec>();
+  const auto job = std::make_unique_for_overwrite<JobRec>();  // parse_job clears it
   int count = 0;
   for (const std::string &text : split_joblist(CStrArr_GetStr(&EventStrings, list.field))) {
     parse_job(text.c_str(), list.field, *job);

@@ -15,16 +15,11 @@
 #include "util/charset.h"
 #include "util/numbers.h"
 #include "util/text.h"
+#include "util/tokens.h"
 
 namespace {
 
 using Words = std::vector<std::string>;
-
-std::string joined(const Words &words, const char *between) {
-  std::string text;
-  for (const std::string &word : words) text += (text.empty() ? "" : between) + word;
-  return text;
-}
 
 std::string without_padding(std::string_view text) {
   const size_t start = std::min(text.find_first_not_of(' '), text.size());
@@ -121,8 +116,7 @@ std::string take_timing(JobRec &job, int event, const std::string &text) {
     if (!is_word(word, words[i])) continue;
     const char *label = event == kSchedulerEvent ? funcframe_label06[language] : funcframe_label02[i][language];
     if (!set_repeat_value(job.timing, label, number.c_str(), event)) break;
-    const bool is_number = !number.empty() && number.find_first_not_of("0123456789") == std::string::npos;
-    if (has_number(job, event) ? is_number : colon == std::string::npos) return "";
+    if (has_number(job, event) ? is_whole_number(number) : colon == std::string::npos) return "";
     return filled(parameter_label, {text, number_label[language]});
   }
   return filled(no_such_word_label, {text, joined(words, ", ")});
