@@ -492,6 +492,10 @@ TEST_F(Kavcfg, AppliesWhatItListsAndPredictsWhatItDoes) {
   EXPECT_EQ(kavcfg("-f other.cfg apply wanted --json"), (Result{0, predicted}));
   EXPECT_EQ(kavcfg("-f other.cfg diff ups.cfg"), (Result{0, ""}));
   EXPECT_EQ(kavcfg("list"), kavcfg("-f other.cfg list"));
+  EXPECT_EQ(kavcfg("-f made.cfg apply wanted --new --dry-run && test ! -e made.cfg"), (Result{0, ""}));
+  EXPECT_EQ(kavcfg("-f made.cfg apply wanted --new"), (Result{0, ""}));
+  EXPECT_EQ(get_file("made.cfg"), get_file("ups.cfg"));
+  EXPECT_NE(kavcfg("-f made.cfg apply wanted --new --json").output.find("\"changed\": false"), std::string::npos);
   const auto written = std::filesystem::last_write_time("other.cfg");
   EXPECT_NE(kavcfg("-f other.cfg apply wanted --json").output.find("\"changed\": false"), std::string::npos);
   EXPECT_EQ(std::filesystem::last_write_time("other.cfg"), written);

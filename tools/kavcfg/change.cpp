@@ -178,13 +178,13 @@ ChangeResult change_configuration(const char *file, std::span<const Change> chan
 
 ChangeResult create_configuration(const char *file, std::span<const Change> changes, Deed deed) {
   if (needs_models(changes) && !InitUpsTypeArray()) return {Outcome::database_unreadable, errno};
+  SaveLock lock;  // nobody may make it between this look and the writing
+  if (deed == Deed::write && !lock_for_saving(file, lock)) return {Outcome::file_unwritable, errno};
   if (does_file_exist(file, kAnyFile)) return {Outcome::file_unwritable, EEXIST};
   create_new_cfg = 1;
   init_new_config_vals();
   std::vector<KeyFinding> faults;
   if (take_and_check(changes, faults) == Outcome::refused) return {Outcome::refused, 0, {}, faults};
-  SaveLock lock;
-  if (deed == Deed::write && !lock_for_saving(file, lock)) return {Outcome::file_unwritable, errno};
   if (!create_profile(file)) return {Outcome::file_unwritable, errno};
   const Texts before(all_settings().size());
   write_all_sections();

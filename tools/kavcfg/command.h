@@ -19,6 +19,7 @@ struct Options {
   const char *file = nullptr;  // the configuration
   bool json = false;           // one JSON object on standard output
   bool dry_run = false;        // nothing is written
+  bool make_new = false;       // a configuration that is not there is made
   bool write = false;          // the repairs are written
   bool diff = false;           // what changes is printed
   bool keys = false;           // the keys alone

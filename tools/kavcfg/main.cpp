@@ -45,7 +45,7 @@ constexpr Command kCommands[] = {
   { "job",         2,   -1,   false, job      },
 };  // clang-format on
 
-enum LongOption { kJapanese = 256, kHelp, kVersion, kJson, kDryRun, kDiff, kKeys, kStrict, kWrite };
+enum LongOption { kJapanese = 256, kHelp, kVersion, kJson, kDryRun, kDiff, kKeys, kNew, kStrict, kWrite };
 constexpr option kLongOptions[] = {
     // clang-format off
     {"japanese", no_argument, nullptr, kJapanese},
@@ -55,6 +55,7 @@ constexpr option kLongOptions[] = {
     {"dry-run",  no_argument, nullptr, kDryRun},
     {"diff",     no_argument, nullptr, kDiff},
     {"keys",     no_argument, nullptr, kKeys},
+    {"new",      no_argument, nullptr, kNew},
     {"strict",   no_argument, nullptr, kStrict},
     {"write",    no_argument, nullptr, kWrite},
     {nullptr,    0,           nullptr, 0},
@@ -141,6 +142,9 @@ int take_option(int letter, const char *word) {
       return kGood;
     case kKeys:
       options.keys = true;
+      return kGood;
+    case kNew:
+      options.make_new = true;
       return kGood;
     case kWrite:
       options.write = true;

@@ -251,7 +251,9 @@ int apply(const Arguments &arguments) {
   }
   const std::string source = ": " + file;
   if (!reading.faults.empty()) return tell_result({Outcome::refused, 0, {}, reading.faults}, source);
-  return tell_result(change_configuration(options.file, reading.changes, deed()), source);
+  const bool is_missing = options.make_new && !does_file_exist(options.file, kAnyFile);
+  const auto change = is_missing ? create_configuration : change_configuration;
+  return tell_result(change(options.file, reading.changes, deed()), source);
 }
 
 int make_new(const Arguments &arguments) {
