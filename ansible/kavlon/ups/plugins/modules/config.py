@@ -88,19 +88,19 @@ def refuse(module, faults):
     module.fail_json(msg="nothing was changed: " + "; ".join(faults))
 
 
-def check_places(module):
+def check_places(module, settings, secrets):
     """A password in the settings would be shown, and another value in the secrets may be."""
     schema = ask_kavcfg(module, ["schema"])[1]
     passwords = {key.lower() for key, rule in schema["properties"].items() if rule.get("writeOnly")}
-    shown = {key: value for key, value in module.params["settings"].items() if key.lower() in passwords}
-    module.no_log_values.update(str(value) for value in shown.values())
+    shown = [key for key in settings if key.lower() in passwords]
+    module.no_log_values.update(str(settings[key]) for key in shown)
     faults = [key + ": is a password, give it in secrets" for key in shown]
-    faults += [key + ": is no password, give it in settings" for key in module.params["secrets"] if key.lower() not in passwords]
+    faults += [key + ": is no password, give it in settings" for key in secrets if key.lower() not in passwords]
     if faults:
         refuse(module, faults)
 
 
-def apply(module, path):
+def apply(module, path, values):
     """Return what kavcfg tells of the change: changed, before, after."""
     words = ["-f", path, "--json", "--new"]
     if module.params["database"]:
@@ -109,27 +109,25 @@ def apply(module, path):
         words.append("--japanese")
     if module.check_mode:
         words.append("--dry-run")
-    values = dict(module.params["settings"], **module.params["secrets"])
     status, result = ask_kavcfg(module, words + ["apply", "-"], json.dumps(values), os.path.dirname(path))
     if status == REFUSED:
         refuse(module, [": ".join(filter(None, (fault["key"], fault["text"]))) for fault in result["faults"]])
     return result
 
 
-def lines(values, hidden):
-    return "".join(
-        "%s=%s\n" % (key, "(hidden)" if key in hidden else value)
-        for key, value in values.items()
-        if key in hidden or value is not None
-    )
+def lines(values, passwords):
+    shown = {key: value for key, value in values.items() if value is not None}
+    shown.update((key, "(hidden)") for key in passwords)
+    return "".join("%s=%s\n" % (key, shown[key]) for key in values if key in shown)
 
 
 def diff(path, before, after):
-    passwords = {key for key in after if before[key] is None and after[key] is None}
+    """A password, whose values are not told, is a new line."""
+    passwords = [key for key in after if before[key] is None and after[key] is None]
     return {
         "before_header": path,
         "after_header": path,
-        "before": lines(before, ()),
+        "before": lines(before, []),
         "after": lines(after, passwords),
     }
 
@@ -148,8 +146,9 @@ def main():
     path = module.params["path"]
     if os.path.isdir(path):
         path = os.path.join(path, "ups.cfg")
-    check_places(module)
-    result = apply(module, path)
+    settings, secrets = (module.params[name] or {} for name in ("settings", "secrets"))
+    check_places(module, settings, secrets)
+    result = apply(module, path, dict(settings, **secrets))
     changes = {word: result[word] for word in ("changed", "before", "after")}
     if module._diff:
         changes["diff"] = diff(path, result["before"], result["after"])
