@@ -65,7 +65,7 @@ TEST(Mime, HeadersAreRead) {
     const char *encoding, *name;
   } cases[] = {
       {version + transfer + " base64\r\n\r\n" + transfer + " late\r\n", 1, "base64", ""},
-      {version + "Content-Type: a; name=ab\n" + transfer + " q\nContent-Disposition: b; filename=c\n", 1, "q", "c"},
+      {version + "Content-Type: a; name=ab\n" + transfer + " q\nContent-Disposition: b;filename=c\n", 1, "q", "c"},
       {version + transfer + std::string(300, 'e') + "\n", 1, "eeeeeeeee", ""},
       {transfer + " base64\r\n\r\n", 0, "", ""},
   };

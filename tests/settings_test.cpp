@@ -232,6 +232,7 @@ TEST(Conversion, StopsAtTheFirstInvalidLine) {
   saveUTF2EUC("utf", "back");
   EXPECT_EQ(get_file("back"), "one\n\xC6\xFC\xCB\xDC\n");
   saveUTF2EUC("missing", "none");
+  saveUTF2EUC("utf", "no folder/none");
   EXPECT_FALSE(std::filesystem::exists("none"));
 }
 

@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "tests/database_file.h"
+#include "upsdb/families.h"
 #include "upsdb/position.h"
 
 namespace {
@@ -115,6 +116,9 @@ TEST(Database, IsOpenedOnceAndItsLastModelOutlivesIt) {
   EXPECT_EQ(UpsOpenDb("upstyp.ups") + findEntryInDb("Model A"), 0);
   UpsCloseDb();
   EXPECT_EQ(UpsIsOpenDb() + UpsGetCountDb() + UpsOpenDb("none.ups"), 0);
+  UpsVersionInfo info;
+  UpsVariableInfo variable;
+  EXPECT_EQ(UpsVersionInfoDb(&info) + UpsGetAtDbVarInfoFromVarID(variable, 1), 0);
   db.open(std::string("[UPS]\nModel B|1\n") + kModel);
   EXPECT_EQ(findEntryInDb("unknown"), -1);
   EXPECT_EQ(findEntryInDb("MODEL A"), 0) << "not read again";
@@ -144,6 +148,7 @@ TEST(Version, TextThatFillsItsBufferHasNoTerminatorAndOemZeroIsOne) {
     db.open(std::string("[VENDOR]\n") + vendor);
     EXPECT_EQ(UpsOEMIdDb(oem = 7), result);
     EXPECT_EQ(oem, number);
+    EXPECT_EQ(UpsFileDateDb(text, sizeof text), 0);
   }
 }
 
