@@ -164,6 +164,7 @@ TEST_F(Profile, NewFilesStartWithTheBannerOrTheirHeader) {
 TEST_F(Profile, OpensAndClosesAsPromised) {
   put_file("p", "a= 1\n");
   char value[kValueBufferSize] = "default";
+  EXPECT_TRUE(CORBXCheckInterfaceVersion("1.1.0.0") == 1 && CORBXCheckInterfaceVersion("1.6.1.1") == 0);
   EXPECT_EQ(XOpenProfile("missing", kReadText) + XOpenProfile(".", kReadText) + XOpenProfile(".", kWriteText), 0);
   for (const int mode : {-1, 0, 15}) EXPECT_EQ(XOpenProfile("p", mode), 0);
   ProfileText line;

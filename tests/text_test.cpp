@@ -9,6 +9,7 @@
 #include "tests/folder.h"
 #include "util/charset.h"
 #include "util/files.h"
+#include "util/language.h"
 #include "util/messages.h"
 #include "util/numbers.h"
 #include "util/tokens.h"
@@ -53,6 +54,20 @@ TEST(Text, CopiesStayInTheirPlace) {
   EXPECT_STREQ(UCTstrncat(joined, "x", 4), "abc");
 }
 
+// The difference of the first two characters that differ; each of the rows in one call, in the order of the names.
+TEST(Text, ComparesAndFinds) {
+  EXPECT_TRUE(cmpstr("ab", "ab") == 0 && cmpstr("abd", "abc") == 1 && cmpstr("a", "\xE9") == 'a' + 0x17);
+  EXPECT_TRUE(cmpnstr("abx", "aby", 2) == 0 && cmpnstr("abx", "aby", 3) == -1 && cmpnstr("a", "a\0b", 3) == 0);
+  EXPECT_TRUE(xstricmp("ABC", "abd") == -1 && xstricmp("ab", "A") == 'b' && xstricmp("_", "Az") == '_' - 'a');
+  EXPECT_TRUE(stricmp("aZ", "Az") == 0 && stricmp("_", "z") == '_' - 'Z' && stricmp("x", "abc") == -2);
+  EXPECT_TRUE(xstrnicmp("AZx", "azy", 2) == 0 && xstrnicmp("AZx", "azy", 3) == -1);
+  EXPECT_TRUE(strnicmp("aB", "Abc", 3) == -'C' && strnicmp("ab", "x", 0) == 0);
+  EXPECT_TRUE(str_contain("hello", "lo", 5) == 1 && str_contain("hello", "lo", 4) == 0);
+  EXPECT_EQ(str_contain("hello", "hello", 4), 0);
+  Label label = {"of %s, %s!", ""};
+  EXPECT_EQ(filled(label, {"%s", "2"}), "of %s, 2!");
+}
+
 TEST(Text, ControlCharactersAreNotShown) {
   const std::pair<std::string, std::string> cases[] = {
       {"a\033[2J\x7F\n"s, "a?[2J??"},
@@ -74,6 +89,13 @@ TEST(Text, CaseTrimmingAndPadding) {
   EXPECT_STREQ(Xalltrim(s, "   "), "");
   EXPECT_STREQ(Xrtrim(UCTstrncpy(s, " a \t\r\n\x1A", sizeof s)), " a");
   EXPECT_STREQ(UCTstrip_trailing_char(UCTstrncpy(s, "path///", sizeof s), '/'), "path");
+  EXPECT_STREQ(UCTstrip_trailing_char(UCTstrncpy(s, "//", sizeof s), '/'), "");
+  for (const auto &[mode, padded] : {std::pair(0, "ab---"), {kLeft, "ab---"}, {kRight, "---ab"}, {kCentred, "-ab--"}}) {
+    EXPECT_STREQ(strpad(UCTstrncpy(s, "ab", sizeof s), 5, '-', mode), padded);
+  }
+  EXPECT_STREQ(strpad(s, 3, '-', kCentred), "-ab");
+  EXPECT_STREQ(strpad(s, 2, '-', kRight), "-ab");
+  EXPECT_STREQ(Xstr_format(s, "12345", "D.MM D", "DMMDX"), "4.23 D");
 }
 
 TEST(Numbers, AreClampedTo32Bits) {
@@ -91,6 +113,7 @@ TEST(Numbers, Digits) {
   EXPECT_STREQ(qitoa(std::numeric_limits<int32_t>::min(), out, 10), "-2147483648");
   EXPECT_STREQ(qitoa(-1, out, 16), "ffffffff");
   EXPECT_STREQ(xtoa(0x80000000U, out, 2, 1), "-10000000000000000000000000000000");
+  EXPECT_STREQ(qultoa(71, out, 36), "1z");
   EXPECT_STREQ(qultoa(35, out, 37), "");
   EXPECT_EQ(getHexASCII("fFz1", 4), 0xFF01U);
   EXPECT_EQ(getHexASCII("100000001", 9), 2U);  // the ninth digit wraps onto the first

@@ -27,6 +27,10 @@ TEST_F(Times, TextsThereAndBack) {
   char date[32], clock[32];
   EXPECT_EQ(XBuildDateTimeStr(kMorning, date, clock, 0), 1);
   EXPECT_EQ(std::string(date) + clock, "11.03.202408:05");
+  EXPECT_EQ(XBuildDateTimeStr(kMorning, date, clock, 1), 1);
+  EXPECT_EQ(std::string(date) + clock, "11.03.2408:05");
+  EXPECT_EQ(XBuildDateTimeStr(kMorning, nullptr, clock, 2), 1);
+  EXPECT_STREQ(clock, "08:05:05");
   EXPECT_EQ(XBuildDateTimeStr(INT64_MAX, date, clock, 0), 0);
 }
 

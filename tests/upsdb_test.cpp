@@ -136,7 +136,8 @@ TEST(Version, TextThatFillsItsBufferHasNoTerminatorAndOemZeroIsOne) {
   char text[12] = "";
   EXPECT_EQ(UpsParseVersionInfoStr(&parsed, " 7.-3x.9") + UpsBuildVersionInfoStr(text, sizeof text, &parsed), 2);
   EXPECT_STREQ(text, "7.-3.0.0");
-  EXPECT_EQ(UpsIsCompatibleVersionInfo(&parsed, &info.version), 0);
+  EXPECT_EQ(UpsIsCompatibleVersionInfo(&parsed, &info.version) + UpsIsCompatibleVersionInfo(&parsed, nullptr), 0);
+  EXPECT_EQ(UpsIsCompatibleVersionInfo(&info.version, &info.version), 1);
   std::fill_n(text, 11, '?');
   EXPECT_EQ(UpsVersionNrDb(text, 7), 1);
   EXPECT_STREQ(text, "2.4.0.7????");
