@@ -44,7 +44,7 @@ void show_file_missing(WINDOW *win, const char *file) {
   wait_for_key(win);
 }
 
-std::string standing;  // what is wrong with the files, or what an earlier session left; written at the start
+std::string standing;  // what is wrong with the files, or what an earlier session left; written by run_session
 
 // What can be known before of a save that would fail goes before what is wrong with the file.
 std::string tell_standing() {
@@ -54,28 +54,26 @@ std::string tell_standing() {
 
 std::string first_finding(const char *file) {
   std::vector<KeyFinding> findings;
-  if (check_file(file, findings) != Outcome::done) return "";
+  check_loaded(findings);
   const auto found = std::ranges::find_if(findings, [](const KeyFinding &finding) { return finding.line > 0; });
   if (found == findings.end()) return "";
   const std::string key = found->key.empty() ? "" : found->key + ": ";
   return std::string(file) + ":" + std::to_string(found->line) + ": " + key + found->text;
 }
 
-void keep_session() { keep_unsaved(kConfigurationFile); }
-
-void find_standing(const char *file) {
+std::string find_standing(const char *file) {
   const std::string unsaved = unsaved_file(file);
+  if (does_file_exist(unsaved.c_str(), 1)) return filled(unsaved_label, {unsaved});
   const std::string copy = interrupted_copy(file);
-  standing = does_file_exist(unsaved.c_str(), 1) ? filled(unsaved_label, {unsaved})
-             : !copy.empty()                     ? filled(copy_label, {copy})
-             : get_max_ups_list(UpsTypeArr) == 0 ? filled(no_models_label, {upstypname})
-                                                 : first_finding(file);
-  standing_notice = tell_standing;
+  if (!copy.empty()) return filled(copy_label, {copy});
+  if (get_max_ups_list(UpsTypeArr) == 0) return filled(no_models_label, {upstypname});
+  return first_finding(file);
 }
+
+void keep_session() { keep_unsaved(kConfigurationFile); }
 
 // 1 when the settings are there; else the person was told why not.
 int load_existing(WINDOW *win, const char *file) {
-  find_standing(file);
   if (init_config_vals(file)) return 1;
   XCloseProfile();
   show_file_missing(win, file);
@@ -83,7 +81,6 @@ int load_existing(WINDOW *win, const char *file) {
 }
 
 int prepare_new(WINDOW *win, const char *file) {
-  find_standing(file);
   if (!init_new_config_vals()) {
     show_file_box(win, file_exists_label, file);
     return 0;
@@ -133,9 +130,12 @@ int act_on(int choice, WINDOW *win, const char *file, int32_t attr) {
 }
 
 void run_session(WINDOW *win, const char *file, int32_t attr) {
+  const auto choose = [&] { return do_menu(win, 7, 3, getmaxx(win) - 7, attr); };
   keep_work = keep_session;
-  while (act_on(do_menu(win, 7, 3, getmaxx(win) - 7, attr), win, file, attr)) {
-  }
+  int choice = choose();
+  standing = find_standing(file);  // not earlier: the first screen need not wait for it
+  standing_notice = tell_standing;
+  while (act_on(choice, win, file, attr)) choice = choose();
   keep_work = nullptr;
 }
 

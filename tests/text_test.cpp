@@ -108,6 +108,13 @@ TEST(Numbers, AreClampedTo32Bits) {
   EXPECT_EQ(to_int32(std::nan("")), 0);
 }
 
+TEST(Numbers, RealOnesAreThoseOfTheLibrary) {
+  for (const char *text : {"", ".", "0.1", "9007199254740.9", "98765.4321098765", "1..2", " +7", "-0.3", "12.5 kg",
+                           "0x1F", "1e3", "123456789012345678", "inf"}) {
+    EXPECT_EQ(to_double(text), std::strtod(text, nullptr)) << text;
+  }
+}
+
 TEST(Numbers, Digits) {
   char out[34];
   EXPECT_STREQ(qitoa(std::numeric_limits<int32_t>::min(), out, 10), "-2147483648");

@@ -1,75 +1,68 @@
 #include "upsdb/fields.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
-#include <utility>
 
 #include "upsdb/position.h"
-#include "util/text.h"
+#include "util/numbers.h"
 
 namespace {
 
-template <class Value, class Getter>
-int take(const FieldRow &field, const char *line, char *place, Getter getter) {
-  Value value{};
-  if (!getter(field.position, line, value)) return 0;
+constexpr size_t kMostPieces = 32;  // no form has a field after them
+
+template <class Value>
+int put(char *place, Value value) {
   std::memcpy(place, &value, sizeof value);
   return 1;
 }
 
-int take_low_half(int position, const char *line, int16_t &value) {
-  uint32_t whole = 0;
-  if (!PGetHexToLongFromPosition(position, line, whole)) return 0;
-  value = static_cast<int16_t>(whole);
-  return 1;
-}
-
-int take_always(int position, const char *line, int32_t &value) {
-  char word[64];
-  if (!get_text_field(position, line, word)) return 0;
-  value = cmpstr(word, "ALWAYS") == 0;
-  return 1;
-}
-
-// The text after `count` more separators, "" when there are not so many.
-const char *skip_fields(const char *line, int count) {
-  for (; count > 0 && *line != '\0'; --count) {
-    line = std::strchr(line, kFieldSeparator[0]);
-    line = line != nullptr ? line + 1 : "";
+// What a piece of a line says, into the field's place.
+int take(const FieldRow &field, std::string_view piece, char *place) {
+  if (field.conversion == Conversion::text) {
+    return delBlanksAndQuotationMarksFromString(piece, place, static_cast<int>(field.size));
   }
-  return line;
-}
-
-}  // namespace
-
-int fill_field(const FieldRow &field, const char *line, void *record) {
-  char *const place = static_cast<char *>(record) + field.offset;
+  const auto text = cleaned(piece);
+  uint32_t hex = 0;
+  if (!text.has_value()) return 0;
   switch (field.conversion) {
     case Conversion::text:
-      return PGetStringFromPosition(field.position, line, place, static_cast<int>(field.size), kFieldSeparator);
+      break;
     case Conversion::character:
-      return take<char>(field, line, place, PGetCharFromPosition);
+      return put(place, text->empty() ? '\0' : text->front());
     case Conversion::number:
-      return take<int32_t>(field, line, place, PGetLongFromPosition);
+      return put(place, to_int32(*text));
     case Conversion::short_number:
-      return take<int16_t>(field, line, place, PGetShortFromPosition);
+      return put(place, static_cast<int16_t>(to_int32(*text)));
     case Conversion::hex_number:
-      return take<int16_t>(field, line, place, take_low_half);
+      return read_hex(*text, hex) && put(place, static_cast<int16_t>(hex));
     case Conversion::real:
-      return take<double>(field, line, place, PGetDoubleFromPosition);
+      return put(place, to_double(*text));
     case Conversion::always:
-      return take<int32_t>(field, line, place, take_always);
+      return put(place, int32_t{*text == "ALWAYS"});
   }
   return 0;
 }
 
-int fill_fields(const RecordForm &form, const char *line, void *record) {
-  if (PCountPositions(line, kFieldSeparator) < form.least_fields) return 0;
+}  // namespace
+
+int fill_field(const FieldRow &field, std::string_view line, void *record) {
+  return take(field, piece_at(field.position, line, kFieldSeparator), static_cast<char *>(record) + field.offset);
+}
+
+int fill_fields(const RecordForm &form, std::string_view line, void *record) {
+  std::array<std::string_view, kMostPieces> pieces;
+  int count = 0;
+  const int wanted = std::max(form.least_fields, form.fields.back().position + 1);
+  for (size_t at = 0; count < wanted && at <= line.size(); ++count) {
+    const size_t end = std::min(line.find(kFieldSeparator[0], at), line.size());
+    pieces[static_cast<size_t>(count)] = line.substr(at, std::min<size_t>(end - at, kFieldBufferSize - 1));
+    at = end + 1;
+  }
+  if (count < form.least_fields) return 0;
   int result = 1;
-  int passed = 0;
-  for (FieldRow field : form.fields) {
-    line = skip_fields(line, field.position - passed);
-    passed = std::exchange(field.position, 0);
-    result &= fill_field(field, line, record);
+  for (const FieldRow &field : form.fields) {
+    result &= take(field, pieces[static_cast<size_t>(field.position)], static_cast<char *>(record) + field.offset);
   }
   return result;
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 enum class Conversion : uint8_t {
   text,          // char[size], cut and terminated
@@ -35,7 +36,7 @@ struct RecordForm {
 
 // Reads one field of `line` into its place in a record of standard layout. 1, or 0 when it is missing or malformed: its
 // place keeps what it held.
-int fill_field(const FieldRow &field, const char *line, void *record);
+int fill_field(const FieldRow &field, std::string_view line, void *record);
 // Reads every field of the form, also those after one that fails. 1 when all were read; 0 also, with nothing read,
 // when the line has fewer fields than the form asks for.
-int fill_fields(const RecordForm &form, const char *line, void *record);
+int fill_fields(const RecordForm &form, std::string_view line, void *record);

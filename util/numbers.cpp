@@ -2,21 +2,45 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <string>
 
 namespace {
 
 constexpr int64_t kBeyond32Bits = int64_t{1} << 40;  // where reading digits stops to count
 
 // The number that the text begins with; 32 bits and their sign are always told apart from what lies beyond.
-int64_t read_decimal(const char *text) {
-  text += std::strspn(text, " \t\n\v\f\r");
-  const bool negative = *text == '-';
-  if (*text == '-' || *text == '+') ++text;
+int64_t read_decimal(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
   int64_t value = 0;
-  for (; is_digit(*text); ++text) value = std::min(value * 10 + (*text - '0'), kBeyond32Bits);
+  for (size_t i = 0; i < text.size() && is_digit(text[i]); ++i) {
+    value = std::min(value * 10 + (text[i] - '0'), kBeyond32Bits);
+  }
   return negative ? -value : value;
+}
+
+// Digits and at most one point, as most numbers are written. 15 digits and their power of ten are exact, and so their
+// quotient is what strtod would take ten times as long for.
+bool read_plain(std::string_view text, double &value) {
+  int64_t digits = 0;
+  int64_t scale = 0;
+  if (text.size() > 15) return false;
+  for (const char c : text) {
+    if (c == '.' && scale == 0) {
+      scale = 1;
+    } else if (is_digit(c)) {
+      digits = digits * 10 + (c - '0');
+      scale *= 10;
+    } else {
+      return false;
+    }
+  }
+  value = static_cast<double>(digits) / static_cast<double>(std::max<int64_t>(scale, 1));
+  return true;
 }
 
 template <typename Integer>
@@ -35,9 +59,14 @@ bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 bool is_whole_number(std::string_view text) { return !text.empty() && std::ranges::all_of(text, is_digit); }
 
-int32_t to_int32(const char *text) { return clamp_to<int32_t>(read_decimal(text)); }
+int32_t to_int32(std::string_view text) { return clamp_to<int32_t>(read_decimal(text)); }
 
-uint32_t to_uint32(const char *text) { return clamp_to<uint32_t>(read_decimal(text)); }
+uint32_t to_uint32(std::string_view text) { return clamp_to<uint32_t>(read_decimal(text)); }
+
+double to_double(std::string_view text) {
+  double value = 0;
+  return read_plain(text, value) ? value : std::strtod(std::string(text).c_str(), nullptr);
+}
 
 int32_t to_int32(double value) {
   using Limits = std::numeric_limits<int32_t>;

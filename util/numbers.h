@@ -5,8 +5,10 @@
 #include <string_view>
 
 // Decimal conversion as strtol base 10 (leading white space, sign, digits; 0 for no digits), clamped to 32 bits.
-int32_t to_int32(const char *text);
-uint32_t to_uint32(const char *text);
+int32_t to_int32(std::string_view text);
+uint32_t to_uint32(std::string_view text);
+// As strtod.
+double to_double(std::string_view text);
 // Truncated toward zero and clamped to 32 bits; not a number gives 0.
 int32_t to_int32(double value);
 

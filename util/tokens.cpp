@@ -4,32 +4,28 @@
 
 namespace {
 
-// The rest of `text` after its next separator; the end of the text when there is none.
-std::string_view after_separator(std::string_view text, std::string_view sep) {
-  const size_t at = text.find(sep);
-  return at == std::string_view::npos ? text.substr(text.size()) : text.substr(at + sep.size());
-}
-
 std::string_view without_leading(std::string_view text, std::string_view sep) {
   while (text.starts_with(sep)) text.remove_prefix(sep.size());
   return text;
 }
 
-// Copies the piece that `text` begins with.
-char *copy_piece(char *out, int size, std::string_view text, std::string_view sep) {
-  cpynstr(out, sep.empty() ? text : text.substr(0, text.find(sep)), size);
-  return out;
-}
-
 }  // namespace
 
+std::string_view after_separator(std::string_view text, std::string_view sep) {
+  const size_t at = text.find(sep);
+  return at == std::string_view::npos ? text.substr(text.size()) : text.substr(at + sep.size());
+}
+
+std::string_view piece_of(std::string_view text, std::string_view sep, int n) {
+  if (n < 1) return "";
+  if (sep.empty()) return text;
+  for (int i = 1; i < n && !text.empty(); ++i) text = after_separator(text, sep);
+  return text.substr(0, text.find(sep));
+}
+
 char *ctoken(char *out, int size, const char *text, const char *sep, int n) {
-  const std::string_view separator = sep;
-  std::string_view rest = n < 1 ? "" : text;
-  if (!separator.empty()) {
-    for (int i = 1; i < n && !rest.empty(); ++i) rest = after_separator(rest, separator);
-  }
-  return copy_piece(out, size, rest, separator);
+  cpynstr(out, piece_of(text, sep, n), size);
+  return out;
 }
 
 char *UCTctoken(char *out, int size, const char *text, const char *sep, int n) {
@@ -62,7 +58,8 @@ char *token(char *out, int size, const char *text, const char *sep, int n) {
     rest = without_leading(rest, separator);
     for (int i = 1; i < n && !rest.empty(); ++i) rest = without_leading(after_separator(rest, separator), separator);
   }
-  return copy_piece(out, size, rest, separator);
+  cpynstr(out, piece_of(rest, separator, 1), size);
+  return out;
 }
 
 int numtoken(const char *text, const char *sep) {

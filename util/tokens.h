@@ -5,9 +5,12 @@
 #include <string>
 #include <string_view>
 
-// Piece n of `text` into `out` (`size` bytes): n - 1 separators are skipped, then at most size - 1 characters up to the
-// next separator are copied. Empty text, n < 1 or a text with fewer pieces gives ""; an empty separator the whole text
-// for any n >= 1. Returns `out`.
+// The rest of `text` after its first separator; the end of the text when there is none.
+std::string_view after_separator(std::string_view text, std::string_view sep);
+// Piece n of `text`, where it lies: n - 1 separators are skipped. Empty text, n < 1 or a text with fewer pieces gives
+// ""; an empty separator the whole text for any n >= 1.
+std::string_view piece_of(std::string_view text, std::string_view sep, int n);
+// A copy of it in `out` (`size` bytes), at most size - 1 characters. Returns `out`.
 char *ctoken(char *out, int size, const char *text, const char *sep, int n);
 char *UCTctoken(char *out, int size, const char *text, const char *sep, int n);
 char *UCTtoken(char *out, int size, const char *text, const char *sep, int n);

@@ -132,48 +132,39 @@ void check_line(Walk &walk, const ProfileText &line) {
   if (check_bytes(walk, line)) check_text(walk, line.text);
 }
 
-struct Line {
-  ProfileText place;
-  std::string text;
+// A temperature that is checked gets its decimal in the record, which is no change of the person's.
+struct KeptRecord {
+  StdRecord as_loaded = StdRec;
+  ~KeptRecord() { StdRec = as_loaded; }
 };
 
-// The records and the lines of a file. The profile is closed then: a test of the model may open the database.
-bool load_lines(const char *file, std::vector<Line> &lines) {
-  if (!XOpenProfile(file, kReadText)) return false;
-  const int loaded = load_configuration();
-  for (ProfileText line; loaded && XNextLine(line);) lines.push_back({line, std::string(line.text)});
-  XCloseProfile();
-  return loaded != 0;
-}
-
-Outcome walk_file(const char *file, Walk &walk) {
-  std::vector<Line> lines;
-  if (!load_lines(file, lines)) return Outcome::file_unreadable;
-  for (Line &line : lines) {
-    line.place.text = line.text;
-    check_line(walk, line.place);
+void walk_lines(Walk &walk) {
+  const KeptRecord kept;
+  for (const NotedLine &noted : lines_in_file()) {
+    ProfileText line = noted.place;
+    line.text = noted.text;
+    check_line(walk, line);
   }
   const Setting &model = *setting_of_key("UpsModel");
   if (!walk.found.settings.contains(&model)) {
     walk.findings.insert(walk.findings.begin(), {0, model.key, no_model_label[language]});
   }
-  const std::string copy = interrupted_copy(file);
-  if (!copy.empty()) walk.findings.insert(walk.findings.begin(), {0, "", filled(copy_label, {copy})});
-  return Outcome::done;
 }
 
 }  // namespace
 
-Outcome check_file(const char *file, std::vector<KeyFinding> &findings) {
+void check_loaded(std::vector<KeyFinding> &findings) {
   Walk walk = {findings};
-  return walk_file(file, walk);
+  walk_lines(walk);
 }
 
 Outcome check_configuration(const char *file, std::vector<KeyFinding> &findings) {
   if (!InitUpsTypeArray()) return Outcome::database_unreadable;
+  if (!init_config_vals(file)) return Outcome::file_unreadable;
   Walk walk = {findings};
-  const Outcome outcome = walk_file(file, walk);
-  if (outcome != Outcome::done) return outcome;
+  walk_lines(walk);
+  const std::string copy = interrupted_copy(file);
+  if (!copy.empty()) findings.insert(findings.begin(), {0, "", filled(copy_label, {copy})});
   add_warnings(file, walk.found, findings);
   std::ranges::stable_sort(findings, {}, &KeyFinding::line);
   return Outcome::done;

@@ -15,8 +15,9 @@ struct KeyFinding {
 
 enum class Outcome { done, refused, file_unreadable, file_unwritable, database_unreadable };
 
-// Loads `file` into the records and appends everything that is wrong with it, in the order of the lines;
-// check_configuration also what may be meant otherwise. done; or file_unreadable or database_unreadable, nothing
-// appended. check_file needs the models (InitUpsTypeArray).
-[[nodiscard]] Outcome check_file(const char *file, std::vector<KeyFinding> &findings);
+// Appends everything that is wrong with the file that was loaded, as long as the records hold what it held, in the
+// order of the lines. Needs the models (InitUpsTypeArray).
+void check_loaded(std::vector<KeyFinding> &findings);
+// Loads `file` and appends the same, what may be meant otherwise, and what an earlier save left. done; or
+// file_unreadable or database_unreadable, nothing appended.
 [[nodiscard]] Outcome check_configuration(const char *file, std::vector<KeyFinding> &findings);

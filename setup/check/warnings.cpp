@@ -1,6 +1,5 @@
 #include "setup/check/warnings.h"
 
-#include <cmath>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -9,6 +8,7 @@
 #include "setup/jobs/event_table.h"
 #include "setup/jobs/job_language.h"
 #include "util/files.h"
+#include "util/numbers.h"
 #include "util/text.h"
 
 namespace {
@@ -45,7 +45,7 @@ void check_folder(Warnings &warnings, const Setting &setting) {
   warn(warnings, setting, filled(folder_label, {folder}));
 }
 
-std::string minutes(double number) { return std::to_string(std::lround(number)); }
+std::string minutes(double number) { return std::to_string(to_int32(number + 0.5)); }
 
 // --- jobs
 

@@ -79,10 +79,10 @@ std::vector<std::string> leave_changes_of_others(const char *file) {
 
 void take_over_written(const char *file) {
   if (!XOpenProfile(file, kReadText)) return;
+  note_file();
   for (size_t i = 0; i < at_start.size(); ++i) {
     const Setting &setting = *all_settings()[i];
     const Stored stored = stored_value(setting);
-    note_text_in_file(setting);
     const std::string *text = text_in_file(setting);
     if ((text == nullptr ? "" : *text) == stored.value) at_start[i] = stored;
   }

@@ -129,13 +129,10 @@ void init_all_tabs() {
 }
 
 int load_configuration() {
-  forget_file();
+  note_file();
   if (!load_event_strings()) return 0;
   load_settings(core_settings());
-  read_mail_cfg("");
-  for (const Setting *setting : all_settings()) {
-    if (!can_be_set(*setting)) note_text_in_file(*setting);
-  }
+  load_mail();
   remember_lists_model();
   return 1;
 }

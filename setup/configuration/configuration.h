@@ -23,7 +23,7 @@ void init_all_tabs();
 // All records from the configuration `file`, missing keys from the defaults: 1, or 0 (records untouched) when it can't
 // be opened.
 int init_config_vals(const char *file);
-// The same from the open profile; 0, settings untouched, when memory runs out.
+// The same from the open profile, whose lines are noted; 0, settings untouched, when memory runs out.
 int load_configuration();
 // All records to the defaults of a new file; 1.
 int init_new_config_vals();

@@ -71,7 +71,6 @@ int fill_event_strings(const char * /*ups_type*/) {
 }
 
 int load_event_strings() {
-  for (const Setting &setting : kJobLists) note_text_in_file(setting);
   CStrArr lists = {};
   CStrArr_Init(&lists);
   for (const Setting &setting : kJobLists) {
@@ -90,6 +89,7 @@ void remember_lists_model() { cpynstr(event_ups_name, get_act_ups()); }
 
 int init_event_strings(const char *cfg_path) {
   if (!XOpenProfile(cfg_path, kReadText)) return 0;
+  note_file();
   const int lists = load_event_strings();
   if (lists > 0) remember_lists_model();
   XCloseProfile();

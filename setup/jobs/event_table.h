@@ -34,7 +34,7 @@ int fill_event_strings(const char *ups_type);
 // Returns the number of lists, which is also stored in DbEventListCnt; or 0, nothing changed, when the file can't be
 // opened or memory runs out.
 int init_event_strings(const char *cfg_path);
-// Its parts: the lists from the open profile, with the same results; and the present model as theirs.
+// Its parts: the lists from the file's texts as noted, with the same results; and the present model as theirs.
 int load_event_strings();
 void remember_lists_model();
 

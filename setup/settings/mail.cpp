@@ -27,6 +27,11 @@ void init_mail_cfg() {
 }
 
 void read_mail_cfg(const char *) {
+  note_file();
+  load_mail();
+}
+
+void load_mail() {
   MailRec = {};
   load_settings(kOrder);
 }

@@ -35,6 +35,7 @@ void init_mail_tab();
 void init_mail_cfg();
 // MailRec from the configuration that the caller has opened; missing keys take their defaults. The name is not used.
 void read_mail_cfg(const char *file);
+void load_mail();  // the same from the file's texts as noted
 // Writes MailRec; 1, or 0 when a key was not stored. Without SMTP the stored user and password are erased.
 int save_mail_cfg(const char *file);
 // Whether MailRec's SMTP user and password will be written, not erased: any case of "yes" counts for that, while the

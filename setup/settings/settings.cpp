@@ -6,6 +6,7 @@
 #include <map>
 #include <string_view>
 
+#include "corbix/profile_line.h"
 #include "setup/settings/checks.h"
 #include "util/numbers.h"
 #include "util/text.h"
@@ -21,9 +22,12 @@ constexpr size_t kLongestNewPath = 29;  // of a new configuration: within a fiel
 constexpr auto kCoreOrder = in_order_of_reading<36>(kUpsSettings, kSystemSettings, kExtraJobSettings, kPathSettings);
 static_assert(has_no_gap(kCoreOrder));
 
-std::map<std::string_view, std::string> loaded_texts;  // of the keys that the file had; written by loading
-std::vector<const Setting *> left_to_file;             // written by leave_to_file, read by the writers
-const char *refused = nullptr;                         // written by the writers
+// What the file held; written by loading.
+std::map<std::string, std::string, CaseBlind> noted_texts;  // by key
+std::vector<NotedLine> noted_lines;
+
+std::vector<const Setting *> left_to_file;  // written by leave_to_file, read by the writers
+const char *refused = nullptr;              // written by the writers
 
 bool is_in_number_field(const Setting &setting) {
   const RecordField place = field_of(setting);
@@ -197,14 +201,18 @@ std::optional<std::string> text_in_profile(const Setting &setting) {
   return value;
 }
 
-void note_text_in_file(const Setting &setting) {
-  loaded_texts.erase(setting.key);
-  if (const auto text = text_in_profile(setting)) loaded_texts[setting.key] = *text;
+void note_file() {
+  forget_file();
+  char value[kValueBufferSize];
+  for (ProfileEntry entry; XNextEntry(kTmpTopic, entry);) {
+    get_value(entry.text, value, kReadText);
+    noted_texts.try_emplace(std::string(entry.key), value);  // of equal keys the first one counts
+  }
+  for (ProfileText line; XNextLine(line);) noted_lines.push_back({line, std::string(line.text)});
 }
 
 void load_settings(std::span<const Setting *const> settings) {
   for (const Setting *setting : settings) {
-    note_text_in_file(*setting);
     const std::string *text = text_in_file(*setting);
     take_value(*setting, text == nullptr ? setting->fallback : text->c_str(), text != nullptr);
   }
@@ -217,11 +225,16 @@ void store_default(const Setting &setting, const char *directory) {
 std::span<const Setting *const> core_settings() { return kCoreOrder; }
 
 const std::string *text_in_file(const Setting &setting) {
-  const auto found = loaded_texts.find(setting.key);
-  return found == loaded_texts.end() ? nullptr : &found->second;
+  const auto found = noted_texts.find(setting.key);
+  return found == noted_texts.end() ? nullptr : &found->second;
 }
 
-void forget_file() { loaded_texts.clear(); }
+const std::vector<NotedLine> &lines_in_file() { return noted_lines; }
+
+void forget_file() {
+  noted_texts.clear();
+  noted_lines.clear();
+}
 
 void leave_to_file(std::vector<const Setting *> settings) {
   left_to_file = std::move(settings);

@@ -50,7 +50,7 @@ void take_value(const Setting &setting, const char *value, bool stored);
 // Equal as numbers, for a setting that is one, or as texts; the blank that stands for an empty text is one.
 bool is_same_value(const Setting &setting, std::string_view a, std::string_view b);
 
-// From the open profile, in the order given; a missing key takes its default.
+// From the file's texts as noted below, in the order given; a missing key takes its default.
 void load_settings(std::span<const Setting *const> settings);
 // The default alone. A path's is in `directory`, or in the product's own one when that is empty or too long.
 void store_default(const Setting &setting, const char *directory);
@@ -59,12 +59,16 @@ std::span<const Setting *const> core_settings();
 
 // The text of a key of the open profile; none when it has no such key.
 std::optional<std::string> text_in_profile(const Setting &setting);
-// Keeps the text of a key of the open profile; load_settings does so too. What was kept; null when the file had no such
-// key, or nothing was loaded.
-void note_text_in_file(const Setting &setting);
-const std::string *text_in_file(const Setting &setting);
-// Nothing was loaded yet.
+// Notes what the open profile holds, or that nothing was loaded yet.
+void note_file();
 void forget_file();
+// Of what was noted: the text of a key, null when the file had no such key; and all lines, for the check.
+struct NotedLine {
+  ProfileText place;  // without its text
+  std::string text;
+};
+const std::string *text_in_file(const Setting &setting);
+const std::vector<NotedLine> &lines_in_file();
 
 // Settings that the sections leave to the file, until the next call: their rows count as written.
 void leave_to_file(std::vector<const Setting *> settings);
