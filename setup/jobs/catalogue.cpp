@@ -52,6 +52,23 @@ void read_parameter(ParamDesc &param, const char *text) {
   read_piece(param.example, text, 4);
 }
 
+// Both languages have the same functions with the same numbers of parameters.
+void read_function(FuncListRec &row, const Label &text, const Label (&parameters)[kParameterSlots]) {
+  row.fixed_prefix[0] = '\0';  // a row is empty at first, and most of it room that is better not touched
+  char name[kNameFieldSize];
+  char count[16];
+  read_piece(name, text[language], 1);
+  read_name(row, name);
+  read_piece(row.title, text[language], 2);
+  read_piece(row.description, text[language], 3);
+  read_piece(row.summary, text[language], 4);
+  read_piece(count, text[language], 5);
+  row.param_count = std::clamp(to_int32(count), 0, kMaxParameters);
+  for (int k = 0; k < std::min(row.param_count, kParameterSlots); ++k) {
+    read_parameter(row.params[k], parameters[k][language]);
+  }
+}
+
 // The masks as they are at first.
 
 // clang-format off
@@ -165,22 +182,6 @@ std::string summary_with_values(const JobRec &job) {
 }
 
 }  // namespace
-
-void read_function(FuncListRec &row, const Label &text, const Label (&parameters)[kParameterSlots]) {
-  row = {};
-  char name[kNameFieldSize];
-  char count[16];
-  read_piece(name, text[language], 1);
-  read_name(row, name);
-  read_piece(row.title, text[language], 2);
-  read_piece(row.description, text[language], 3);
-  read_piece(row.summary, text[language], 4);
-  read_piece(count, text[language], 5);
-  row.param_count = std::clamp(to_int32(count), 0, kMaxParameters);
-  for (int k = 0; k < std::min(row.param_count, kParameterSlots); ++k) {
-    read_parameter(row.params[k], parameters[k][language]);
-  }
-}
 
 int fill_function_list() {
   for (int i = 0; i < kFunctionCount; ++i) read_function(DbFuncList[i], func_list[i], funcpar_list[i]);

@@ -58,8 +58,6 @@ extern int32_t DbFuncListCnt;
 // Fills DbFuncList in the current language. Returns the number of functions (9), which the caller stores in
 // DbFuncListCnt.
 [[nodiscard]] int fill_function_list();
-// One row from a text of func_list and the texts of its parameters in `language`.
-void read_function(FuncListRec &row, const Label &text, const Label (&parameters)[kParameterSlots]);
 // The rows of DbFuncList, loaded when they are not.
 std::span<const FuncListRec> function_catalogue();
 
