@@ -26,8 +26,15 @@ void free_text(ProfileLine *line) {
   if (!line->text_is_lent) delete[] line->txt;
   line->txt = nullptr;
   line->length = 0;
-  line->has_nul = 0;
   line->text_is_lent = 0;
+}
+
+// For a line whose text has become the first `length` bytes of its buffer.
+void note_text(ProfileLine *line, size_t length) {
+  const std::string_view text(line->txt, length);
+  line->length = static_cast<uint32_t>(length);
+  line->has_bracket = may_hold_topic(text);
+  line->has_nul = text.find('\0') != std::string_view::npos;
 }
 
 void free_node(ProfileLine *line) {
@@ -57,8 +64,7 @@ int store_text(ProfileLine *line, std::string_view prefix, std::string_view text
     line->txt = room;
   }
   std::copy(text.begin(), text.end(), std::copy(prefix.begin(), prefix.end(), room));
-  line->length = static_cast<uint32_t>(length);
-  line->has_nul = text.find('\0') != std::string_view::npos;
+  note_text(line, length);
   return hashNewTextVal(line, h);
 }
 
@@ -84,6 +90,7 @@ ProfileLine *refill_first(ProfileLine *first, HashHandle h) {
   removeTopicHashEntry(next, h);
   first->txt = next->txt;
   first->length = next->length;
+  first->has_bracket = next->has_bracket;
   first->has_nul = next->has_nul;
   first->text_is_lent = next->text_is_lent;
   next->txt = nullptr;
@@ -107,12 +114,13 @@ char *take_room(LinePool *pool, size_t size) {
 }
 
 // Appends a line whose text lies in the pool; null when memory runs out.
-ProfileLine *append_line(LineReading *reading, char *text, size_t length, bool has_nul) {
+ProfileLine *append_line(LineReading *reading, char *text, size_t length, bool has_bracket, bool has_nul) {
   ProfileLine *last = reading->last;
   void *room = &reading->record->first;
   if (last != nullptr) room = take_room(&reading->record->pool, sizeof(ProfileLine));
   if (room == nullptr) return nullptr;
-  reading->last = new (room) ProfileLine{text, last, nullptr, static_cast<uint32_t>(length), 0, has_nul, 1, 1};
+  reading->last =
+      new (room) ProfileLine{text, last, nullptr, static_cast<uint32_t>(length), 0, has_bracket, has_nul, 1, 1};
   if (last != nullptr) last->next = reading->last;
   return reading->last;
 }
@@ -131,7 +139,7 @@ int append_tmp_topic(LineReading *reading) {
   char *text = take_room(&reading->record->pool, kTmpTopicLine.size());
   if (text == nullptr) return 0;
   kTmpTopicLine.copy(text, kTmpTopicLine.size());
-  ProfileLine *line = append_line(reading, text, kTmpTopicLine.size(), false);
+  ProfileLine *line = append_line(reading, text, kTmpTopicLine.size(), true, false);
   return line != nullptr && hashNewTextVal(line, reading->record->hash);
 }
 
@@ -264,7 +272,7 @@ ProfileLine *search_topic(ProfileLine *first, std::string_view name, HashHandle 
     if (line != nullptr) return line;
   }
   for (ProfileLine *line = first; line != nullptr && line->txt != nullptr; line = line->next) {
-    if (holds_topic(text_of(*line), name, mode)) return line;
+    if (line->has_bracket && holds_topic(text_of(*line), name, mode)) return line;
   }
   return nullptr;
 }
@@ -273,7 +281,7 @@ ProfileLine *search_entry(ProfileLine *line, std::string_view key, int mode) {
   for (; line != nullptr && line->txt != nullptr; line = line->next) {
     const std::string_view text = text_of(*line);
     // Kept: also an entry with "[" ends its topic, as monitors in the field read files.
-    if (may_hold_topic(text) && holds_topic(text)) return nullptr;
+    if (is_end_of_topic(*line)) return nullptr;
     if (may_hold_entry(text, key) && holds_entry(text, key, mode)) return line;
   }
   return nullptr;
@@ -291,7 +299,7 @@ ProfileLine *new_topic(ProfileLine *first, std::string_view name, HashHandle h) 
     char *end = std::copy(name.begin(), name.end(), topic->txt + 1);
     *end++ = ']';
     *end = '\n';
-    topic->length = static_cast<uint32_t>(name.size() + kBrackets);
+    note_text(topic, name.size() + kBrackets);
     if (store_text(blank, "", "\n", h) && hashNewTextVal(topic, h)) return topic;
     delete_line(topic, h);
   }
@@ -308,7 +316,7 @@ ProfileLine *new_entry(ProfileLine *topicLine, std::string_view key, std::string
   ProfileLine *line = new_line(last, key.size() + value.size() + kFormatRoom);
   if (line == nullptr) return nullptr;
   format_line(line->txt, key, value, mode);
-  line->length = static_cast<uint32_t>(std::strlen(line->txt));
+  note_text(line, std::strlen(line->txt));
   return line;
 }
 
@@ -323,7 +331,8 @@ int take_line(LineReading *reading, char *text, size_t length) {
   const int mode = reading->record->mode;
   const std::string_view whole(text, length);
   const std::string_view line = reading->without_nul ? whole : before_nul(whole);
-  const bool topic = text + length > reading->bracket && is_topic(line);
+  const bool has_bracket = reading->bracket != nullptr ? text + length > reading->bracket : may_hold_topic(line);
+  const bool topic = has_bracket && is_topic(line);
   const bool entry = !topic && is_entry_line(line);
   if (topic) reading->counter = 0;
   if (entry && reading->topic_missing && !append_tmp_topic(reading)) return 0;
@@ -336,7 +345,7 @@ int take_line(LineReading *reading, char *text, size_t length) {
     whole.copy(text + kGeneratedKeyLength, length);
     length += kGeneratedKeyLength;
   }
-  ProfileLine *node = append_line(reading, text, length, line.size() < whole.size());
+  ProfileLine *node = append_line(reading, text, length, has_bracket, line.size() < whole.size());
   if (node == nullptr) return 0;
   return topic ? index_topic(node, line, reading->record->hash) : 1;
 }

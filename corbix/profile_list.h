@@ -13,14 +13,15 @@
 #include "corbix/profile_line.h"
 #include "corbix/xhash.h"
 
-inline constexpr size_t kMostLineBytes = (size_t{1} << 28) - 1;  // more than a file may hold
+inline constexpr size_t kMostLineBytes = (size_t{1} << 27) - 1;  // more than a file may hold
 
 struct ProfileLine {
   char *txt;  // `length` bytes with the line's own "\n", not terminated; null only in the empty first node of a profile
   ProfileLine *prev;
   ProfileLine *next;
-  uint32_t length : 28;       // with the flags in one word, a node is smaller than a list's with two pieces of memory
+  uint32_t length : 27;       // with the flags in one word, a node is smaller than a list's with two pieces of memory
   uint32_t hash_flag : 1;     // 1 while the topic index leads to this line
+  uint32_t has_bracket : 1;   // a "[" is in the text: without one it ends no topic
   uint32_t has_nul : 1;       // the line ends at its first NUL for every question, but it is written back whole
   uint32_t text_is_lent : 1;  // txt and the node lie in the profile's pool: they are given back with it, not one by one
   uint32_t node_is_lent : 1;
@@ -74,6 +75,7 @@ inline std::string_view text_of(const ProfileLine &line) {
   const std::string_view whole(line.txt, line.length);
   return line.has_nul ? before_nul(whole) : whole;
 }
+inline bool is_end_of_topic(const ProfileLine &line) { return line.has_bracket && holds_topic(text_of(line)); }
 // What of a line goes into the file: false for the generated topic, and nothing of a generated key.
 bool written_text(const ProfileLine &line, int mode, std::string_view &text);
 

@@ -383,7 +383,7 @@ bool XNextEntry(const char *topic, ProfileEntry &entry) {
   if (line == nullptr) return false;
   for (line = line->next; line != nullptr; line = line->next) {
     entry = {line, {}, text_of(*line)};
-    if (holds_topic(entry.text)) return false;
+    if (is_end_of_topic(*line)) return false;
     if (find_entry(entry.text, OpProfile.mode, entry.key)) return true;
   }
   return false;
