@@ -1,5 +1,7 @@
 // The man pages tell of everything that the programs have. Texts of the pages are compared, not their layout.
 #include <cstdlib>
+#include <regex>
+#include <set>
 #include <sstream>
 
 #include "setup/configuration/configuration.h"
@@ -10,15 +12,22 @@
 #include "setup/settings/checks.h"
 #include "setup/settings/mail.h"
 #include "setup/settings/settings.h"
-#include "tests/folder.h"
+#include "tests/run.h"
 #include "upsdb/families.h"
 #include "upsdb/records.h"
+#include "util/text.h"
 
 namespace {
 
+// A page as it stands, the Japanese one in the encoding of the program's texts.
+std::string source(const std::string &name, int of_language) {
+  return of_language == 0 ? get_file(MAN_FOLDER "/" + name)
+                          : run_shell("iconv -f UTF-8 -t EUC-JP " MAN_FOLDER "/ja/" + name).output;
+}
+
 // A page without the marks that stand in its texts.
-std::string page(const std::string &name) {
-  std::string text = get_file(MAN_FOLDER "/" + name);
+std::string page(const std::string &name, int of_language = 0) {
+  std::string text = source(name, of_language);
   for (const auto &[mark, character] : {std::pair{"\\&", ""}, {"\\(dq", "\""}, {" Ns Ar ", ""}, {" Ns Li ", ""}}) {
     for (size_t at = 0; (at = text.find(mark, at)) != std::string::npos;)
       text.replace(at, std::string_view(mark).size(), character);
@@ -74,23 +83,42 @@ TEST(ManPages, TellEveryKeyItsDefaultAndItsRange) {
 }
 
 TEST(ManPages, TellEveryEventJobFunctionTimingAndLevel) {
-  const std::string text = page("ups.cfg.5");
-  for (int event = 0; event < kEventCount; ++event) {
-    const std::string described = item(text, "Event" + std::to_string(event));
-    expect_in(described, std::string(" No ") + eventlist[event].name[0]);
-    for (const std::string &job : split_joblist(eventlist[event].jobs[0])) expect_in(described, "\n" + job + ";\n");
+  for (const int of_language : {0, 1}) {
+    const std::string text = page("ups.cfg.5", of_language);
+    for (int event = 0; event < kEventCount; ++event) {
+      const std::string described = item(text, "Event" + std::to_string(event));
+      expect_in(described, std::string(" No ") + eventlist[event].name[of_language]);
+      for (const std::string &job : split_joblist(eventlist[event].jobs[of_language])) {
+        expect_in(described, "\n" + job + ";\n");
+      }
+    }
+    for (const FuncListRec &function : function_catalogue()) {
+      const std::string prefix = function.fixed_prefix;
+      const std::string start = std::string(function.name) + "(" + prefix.substr(0, prefix.find(',') + 1) + "\"";
+      const bool is_mail = std::string_view(function.name) == "EXECUTEH";
+      expect_in(text, is_mail ? start.substr(0, start.size() - 1) : start);
+    }
+    for (const Label &timing : funcframe_label02) {
+      const std::string label =
+          std::string(timing[of_language]).substr(0, std::string_view(timing[of_language]).find(' '));
+      expect_in(text, " Ta " + label + " Ta ");
+    }
+    for (const Label &level : funcframe_label07) expect_in(text, level[0]);
   }
-  for (const FuncListRec &function : function_catalogue()) {
-    const std::string prefix = function.fixed_prefix;
-    const std::string start = std::string(function.name) + "(" + prefix.substr(0, prefix.find(',') + 1) + "\"";
-    const bool is_mail = std::string_view(function.name) == "EXECUTEH";
-    expect_in(text, is_mail ? start.substr(0, start.size() - 1) : start);
+}
+
+TEST(ManPages, TellEveryLabelOfTheMasks) {
+  for (const int of_language : {0, 1}) {
+    const std::string text = page("kavsetup.8", of_language);
+    for (const int mask : {kMaskUps, kMaskSystem, kMaskPaths, kMaskMail}) {
+      for (const Setting &setting : settings_of(mask)) {
+        if (setting.label.row == 0) continue;
+        const std::string padded = setting.label.text.text[of_language];
+        const std::string label = std::regex_replace(padded, std::regex(" +:?$|:$|( ) +"), "$1");
+        expect_in(text, "\n.It " + label + " Ta Ic " + setting.key);
+      }
+    }
   }
-  for (const Label &timing : funcframe_label02) {
-    const std::string label = std::string(timing[0]).substr(0, std::string_view(timing[0]).find(' '));
-    expect_in(text, " Ta " + label + " Ta ");
-  }
-  for (const Label &level : funcframe_label07) expect_in(text, level[0]);
 }
 
 TEST(ManPages, TellEveryFieldOfTheDatabase) {
@@ -113,22 +141,65 @@ TEST(ManPages, TellEveryFieldOfTheDatabase) {
   }
 }
 
-TEST(ManPages, TellEveryCommandOfKavdb) {
-  const WorkingFolder folder;
-  EXPECT_EQ(std::system(KAVDB_PROGRAM " --help > usage"), 0);  // NOLINT(cert-env33-c)
-  const std::string text = page("kavdb.1"), usage = get_file("usage");
-  int commands = 0;
-  for (size_t at = 0; (at = usage.find("kavdb ", at)) != std::string::npos; ++commands) {
-    at += 6;
-    const std::string command = usage.substr(at, usage.find_first_of(" \n", at) - at);
-    expect_in(text, command.starts_with("-") ? ".Fl " + command.substr(1) : ".Cm " + command + " ");
+TEST(ManPages, TellEveryWordOfTheHelps) {
+  struct Row {
+    const char *program, *page, *pattern, *start;
+  };
+  const Row rows[] = {
+      // clang-format off
+    //  help of            page          pattern of a word                  its start in the page
+    { KAVSETUP_PROGRAM,  "kavsetup.8",  R"(\n +-([a-z]+) )",                 "\n.It Fl " },
+    { KAVCFG_PROGRAM,    "kavcfg.1",    R"(\n  ([a-z]+(?: [a-z]+)?) +)",     "\n.It Cm " },
+    { KAVCFG_PROGRAM,    "kavcfg.1",    R"(\n-([A-Za-z]) )",                 "\n.It Fl " },
+    { KAVCFG_PROGRAM,    "kavcfg.1",    R"(-(-[a-z-]+))",                    " " },
+    { KAVCFG_PROGRAM,    "kavcfg.1",    R"((?::|,) ?\n?([0-9]) )",           "\n.It " },
+    { KAVDB_PROGRAM,     "kavdb.1",     R"(kavdb ([a-z]+) )",                "\n.It Cm " },
+    { KAVDB_PROGRAM,     "kavdb.1",     R"(-(-[a-z-]+))",                    " " },
+    { KAVDB_PROGRAM,     "kavdb.1",     R"((?::|,) ?\n?([0-9]) )",           "\n.It " },
+    { UPSSIM_PROGRAM,    "upssim.1",    R"(\n  -([A-Za-z]), )",              "\n.It Fl " },
+    { UPSSIM_PROGRAM,    "upssim.1",    R"(-(-[a-z-]+))",                    " " },
+    { UPSSIM_PROGRAM,    "upssim.1",    R"((?::|,) ?\n?([0-9]) )",           "\n.It " },
+  };  // clang-format on
+  for (const Row &row : rows) {
+    const std::string help = run_shell(std::string(row.program) + " --help").output, text = page(row.page);
+    const std::regex pattern(row.pattern);
+    const std::sregex_iterator first(help.begin(), help.end(), pattern), none;
+    EXPECT_NE(first, none) << row.page << " " << row.pattern;
+    for (auto word = first; word != none; ++word) expect_in(text, row.start + word->str(1));
   }
-  EXPECT_EQ(commands, 5);
+}
+
+// What does not depend on the language in a part of a page: numbers, and words that are marked as keys, options and so
+// on.
+std::set<std::string> facts(const std::string &part) {
+  static const std::regex fact("(?:Ar|Cm|Ev|Fl|Ic|Li|Pa|Xr) \\S*[A-Za-z0-9]\\S*|[0-9]+");
+  std::set<std::string> found;
+  for (std::sregex_iterator at(part.begin(), part.end(), fact), end; at != end; ++at) found.insert(at->str());
+  return found;
+}
+
+// A page by its headings and the entries of its lists.
+std::vector<std::string> parts(const std::string &text) {
+  static const std::regex start("\n(?=\\.Sh |\\.Ss |\\.It)");
+  return {std::sregex_token_iterator(text.begin(), text.end(), start, -1), {}};
+}
+
+TEST(ManPages, SayTheSameInJapanese) {
+  for (const char *name : {"kavcfg.1", "ups.cfg.5", "kavsetup.8"}) {
+    const std::vector<std::string> english = parts(source(name, 0)), japanese = parts(source(name, 1));
+    ASSERT_EQ(english.size(), japanese.size()) << name;
+    for (size_t at = 0; at < english.size(); ++at) {
+      const std::set<std::string> told = facts(japanese[at]);
+      for (const std::string &fact : facts(english[at])) {
+        EXPECT_TRUE(told.contains(fact)) << name << ": " << fact << " in\n" << english[at];
+      }
+    }
+  }
 }
 
 // A page refers to all others.
 TEST(ManPages, NameEachOther) {
-  const std::vector<std::string> pages = {"kavcfg 1", "kavdb 1", "ups.cfg 5", "upstyp.ups 5", "kavsetup 8"};
+  const std::vector<std::string> pages = {"kavcfg 1", "kavdb 1", "upssim 1", "ups.cfg 5", "upstyp.ups 5", "kavsetup 8"};
   for (const std::string &from : pages) {
     std::string name = from;
     name.replace(name.find(' '), 1, ".");
@@ -140,7 +211,7 @@ TEST(ManPages, NameEachOther) {
 TEST(ManPages, AreCleanMdoc) {
   // NOLINTBEGIN(cert-env33-c): constant commands
   if (std::system("command -v mandoc > /dev/null") != 0) GTEST_SKIP() << "mandoc is not installed";
-  EXPECT_EQ(std::system("cd " MAN_FOLDER " && mandoc -Tlint -Wwarning *.[158]"), 0);
+  EXPECT_EQ(std::system("cd " MAN_FOLDER " && mandoc -Tlint -Wwarning *.[158] ja/*"), 0);
   // NOLINTEND(cert-env33-c)
 }
 
