@@ -3,6 +3,7 @@
 // build and of what the machine has (scripts/clean-root).
 #include <cstdlib>
 #include <filesystem>
+#include <regex>
 
 #include "tests/folder.h"
 #include "tests/terminal/session.h"
@@ -12,6 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kShare[] = "/usr/share/kavsetup";
+constexpr char kDocuments[] = "/usr/share/doc/kavsetup";
 constexpr char kMonitor[] = "/var/lib/monitor";  // the directory of the monitor, inside
 
 int run(const std::string &command) { return WEXITSTATUS(std::system(command.c_str())); }  // NOLINT(cert-env33-c)
@@ -73,6 +75,20 @@ TEST_F(Installation, HoldsASampleDatabaseAndTheSourceOfIt) {
   EXPECT_EQ(status_of("kavdb check upstyp.ups", kShare), 0) << get_file("output");
   EXPECT_EQ(status_of("kavdb dump upstyp.ups", kShare), 0);
   EXPECT_TRUE(get_file("output") == get_file(root + kShare + "/upstyp.txt"));
+}
+
+// Each installed file that the README names, and each that it links, is there; of the source it does not tell.
+TEST_F(Installation, TellsOfWhatIsInstalled) {
+  const std::string readme = get_file(root + kDocuments + "/README.md");
+  const std::regex name(R"(`(/usr/[^`]*)`|\]\(([^)]*)\))");
+  const std::sregex_iterator first(readme.begin(), readme.end(), name);
+  EXPECT_GT(std::distance(first, {}), 10);
+  for (auto at = first; at != std::sregex_iterator(); ++at) {
+    const std::string path = (*at)[1].matched ? at->str(1) : kDocuments + ("/" + at->str(2));
+    EXPECT_TRUE(fs::exists(root + path)) << path;
+  }
+  for (const char *source : {"scripts/", "build/", "cmake"})
+    EXPECT_EQ(readme.find(source), std::string::npos) << source;
 }
 
 }  // namespace
