@@ -164,11 +164,16 @@ TEST_F(Profile, NewFilesStartWithTheBannerOrTheirHeader) {
 TEST_F(Profile, OpensAndClosesAsPromised) {
   put_file("p", "a= 1\n");
   char value[kValueBufferSize] = "default";
+  char errors[12] = "";
+  EXPECT_EQ(XAppendVersionErr(errors, 8, "a", "b") + XAppendVersionErr(errors, 9, "a", "b"), 1);
+  EXPECT_EQ(XAppendVersionErr(errors, 7, nullptr, "c") + XAppendVersionErr(errors, 8, nullptr, "c"), 1);
+  EXPECT_STREQ(errors, "a::b,c");
   EXPECT_TRUE(CORBXCheckInterfaceVersion("1.1.0.0") == 1 && CORBXCheckInterfaceVersion("1.6.1.1") == 0);
   EXPECT_EQ(XOpenProfile("missing", kReadText) + XOpenProfile(".", kReadText) + XOpenProfile(".", kWriteText), 0);
   for (const int mode : {-1, 0, 15}) EXPECT_EQ(XOpenProfile("p", mode), 0);
   ProfileText line;
-  EXPECT_TRUE(XCloseProfile() == 0 && !XNextLine(line));
+  ProfileEntry entry;
+  EXPECT_TRUE(XCloseProfile() == 0 && !XNextLine(line) && !XNextEntry(kTmpTopic, entry));
   ASSERT_EQ(XOpenProfile("p", kReadText), 1);
   EXPECT_EQ(XOpenProfile("missing", kReadText), 1);  // the open one stays
   EXPECT_EQ(XGetPrivateProfileString(kTmpTopic, "b", value, sizeof value), 0);
