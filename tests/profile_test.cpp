@@ -196,6 +196,24 @@ TEST_F(Profile, OpensAndClosesAsPromised) {
   EXPECT_EQ(handle, nullptr);
 }
 
+TEST_F(Profile, OneOperationNeedsNoOpenProfile) {
+  const std::pair<decltype(&XWritePrivateProfileString), decltype(&XReadPrivateProfileString)> kinds[] = {
+      {XWritePrivateProfileString, XReadPrivateProfileString},
+      {XWriteInCodedPrivateProfileString, XReadInCodedPrivateProfileString},
+      {XWriteMergePrivateProfileString, XReadMergePrivateProfileString},
+  };
+  for (const auto &[write, read] : kinds) {
+    std::filesystem::remove("p");
+    char value[kValueBufferSize] = "default";
+    EXPECT_EQ(read("T", "k", value, "p"), 0);
+    EXPECT_EQ(write("T", "k", "v", "p"), 1);
+    EXPECT_EQ(read("T", "other", value, "p"), 0);
+    EXPECT_STREQ(value, "default");
+    EXPECT_EQ(read("T", "k", value, "p"), 1);
+    EXPECT_STREQ(value, "v");
+  }
+}
+
 TEST_F(Profile, WalksThroughItsLinesAsTheFileHasThem) {
   const std::string piece(kTextPiece, 'x');
   put_file("p", "#" + piece + "\n; c\nk=\0v\n\nkeyless\n[T]\nb=2"s);
