@@ -4,17 +4,18 @@
 
 namespace {
 
+// The rest of `text` after its first separator; the end of the text when there is none.
+std::string_view after_separator(std::string_view text, std::string_view sep) {
+  const size_t at = text.find(sep);
+  return at == std::string_view::npos ? text.substr(text.size()) : text.substr(at + sep.size());
+}
+
 std::string_view without_leading(std::string_view text, std::string_view sep) {
   while (text.starts_with(sep)) text.remove_prefix(sep.size());
   return text;
 }
 
 }  // namespace
-
-std::string_view after_separator(std::string_view text, std::string_view sep) {
-  const size_t at = text.find(sep);
-  return at == std::string_view::npos ? text.substr(text.size()) : text.substr(at + sep.size());
-}
 
 std::string_view piece_of(std::string_view text, std::string_view sep, int n) {
   if (n < 1) return "";

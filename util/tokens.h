@@ -5,8 +5,6 @@
 #include <string>
 #include <string_view>
 
-// The rest of `text` after its first separator; the end of the text when there is none.
-std::string_view after_separator(std::string_view text, std::string_view sep);
 // Piece n of `text`, where it lies: n - 1 separators are skipped. Empty text, n < 1 or a text with fewer pieces gives
 // ""; an empty separator the whole text for any n >= 1.
 std::string_view piece_of(std::string_view text, std::string_view sep, int n);
