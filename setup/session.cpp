@@ -72,6 +72,11 @@ std::string find_standing(const char *file) {
 
 void keep_session() { keep_unsaved(kConfigurationFile); }
 
+bool can_read_database() {
+  std::string content;
+  return read_file(upstypname, content) != 0;
+}
+
 // 1 when the settings are there; else the person was told why not.
 int load_existing(WINDOW *win, const char *file) {
   if (init_config_vals(file)) return 1;
@@ -133,9 +138,14 @@ void run_session(WINDOW *win, const char *file, int32_t attr) {
   const auto choose = [&] { return do_menu(win, 7, 3, getmaxx(win) - 7, attr); };
   keep_work = keep_session;
   int choice = choose();
-  standing = find_standing(file);  // not earlier: the first screen need not wait for it
-  standing_notice = tell_standing;
-  while (act_on(choice, win, file, attr)) choice = choose();
+  // not earlier: the first screen need not wait for the models and the check
+  if (InitUpsTypeArray()) {
+    standing = find_standing(file);
+    standing_notice = tell_standing;
+    while (act_on(choice, win, file, attr)) choice = choose();
+  } else {
+    show_file_box(win, database_error_label, upstypname);
+  }
   keep_work = nullptr;
 }
 
@@ -158,13 +168,14 @@ void do_config(WINDOW *parent, int32_t attr, const char *file, int mode) {
   if (win == nullptr) return;
   draw_edit_background(win.get(), kAttrEditBackground);
   if (init_masklib() != 0) return;
-  if (!InitUpsTypeArray()) {
+  const bool is_new = mode == kSessionCreate;
+  if (is_new ? !InitUpsTypeArray() : !can_read_database()) {
     show_file_box(win.get(), database_error_label, upstypname);
     return;
   }
   init_all_tabs();
-  const bool ready = (mode == kSessionEdit && load_existing(win.get(), file)) ||
-                     (mode == kSessionCreate && prepare_new(win.get(), file));
+  const bool ready =
+      (mode == kSessionEdit && load_existing(win.get(), file)) || (is_new && prepare_new(win.get(), file));
   if (ready) run_session(win.get(), file, attr);
 }
 
