@@ -54,7 +54,7 @@ TEST(Text, CopiesStayInTheirPlace) {
   EXPECT_STREQ(UCTstrncat(joined, "x", 4), "abc");
 }
 
-// The difference of the first two characters that differ; each of the rows in one call, in the order of the names.
+// The results are the difference of the first two characters that differ.
 TEST(Text, ComparesAndFinds) {
   EXPECT_TRUE(cmpstr("ab", "ab") == 0 && cmpstr("abd", "abc") == 1 && cmpstr("a", "\xE9") == 'a' + 0x17);
   EXPECT_TRUE(cmpnstr("abx", "aby", 2) == 0 && cmpnstr("abx", "aby", 3) == -1 && cmpnstr("a", "a\0b", 3) == 0);
