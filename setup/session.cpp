@@ -134,12 +134,13 @@ int act_on(int choice, WINDOW *win, const char *file, int32_t attr) {
   }
 }
 
-void run_session(WINDOW *win, const char *file, int32_t attr) {
+// A new session has read the models for the detection.
+void run_session(WINDOW *win, const char *file, int32_t attr, bool is_new) {
   const auto choose = [&] { return do_menu(win, 7, 3, getmaxx(win) - 7, attr); };
   keep_work = keep_session;
   int choice = choose();
   // not earlier: the first screen need not wait for the models and the check
-  if (InitUpsTypeArray()) {
+  if (is_new || InitUpsTypeArray()) {
     standing = find_standing(file);
     standing_notice = tell_standing;
     while (act_on(choice, win, file, attr)) choice = choose();
@@ -176,7 +177,7 @@ void do_config(WINDOW *parent, int32_t attr, const char *file, int mode) {
   init_all_tabs();
   const bool ready =
       (mode == kSessionEdit && load_existing(win.get(), file)) || (is_new && prepare_new(win.get(), file));
-  if (ready) run_session(win.get(), file, attr);
+  if (ready) run_session(win.get(), file, attr, is_new);
 }
 
 int ask_for_probe(WINDOW *parent, const char *file) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <optional>
 
 #include "util/numbers.h"
 #include "util/text.h"
@@ -33,9 +32,9 @@ std::optional<std::string_view> cleaned(std::string_view piece) {
   return piece.substr(start, end - start);
 }
 
-bool read_hex(std::string_view field, uint32_t &out) {
-  if (!field.starts_with("0x") && !field.starts_with("0X")) return false;
-  out = getHexASCII(field.data() + 2, static_cast<int>(field.size()) - 2);
+bool read_hex(std::string_view text, uint32_t &out) {
+  if (!text.starts_with("0x") && !text.starts_with("0X")) return false;
+  out = getHexASCII(text.data() + 2, static_cast<int>(text.size()) - 2);
   return true;
 }
 
