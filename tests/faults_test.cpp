@@ -2,7 +2,6 @@
 // The file is the old or the new one, whole, and nothing is left beside it.
 #include "tests/faults/faults.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -15,7 +14,6 @@
 #include <random>
 #include <thread>
 
-#include "corbix/xconfig.h"
 #include "setup/configuration/configuration.h"
 #include "setup/jobs/catalogue.h"
 #include "setup/jobs/event_table.h"
@@ -23,6 +21,7 @@
 #include "setup/settings/mail.h"
 #include "setup/settings/settings.h"
 #include "tests/folder.h"
+#include "util/files.h"
 #include "util/text.h"
 
 namespace {
@@ -32,23 +31,25 @@ namespace fs = std::filesystem;
 constexpr char kFile[] = "ups.cfg";
 constexpr char kLock[] = ".ups.cfg.lock";
 constexpr char kSecondName[] = "second";  // a hard link: the file must be written in place
+constexpr char kNone[] = "(none)";
 
-enum class Way { kRename, kInPlace, kNewFile };
-constexpr Way kWays[] = {Way::kRename, Way::kInPlace, Way::kNewFile};
+enum class Way { renamed, grows_in_place, shrinks_in_place, is_new };
+using enum Way;
 
-int load(Way way) { return way == Way::kNewFile ? init_new_config_vals() : init_config_vals(kFile); }
+bool is_there() { return access(kFile, F_OK) == 0; }
 
-// Changes something in every section; 0 when that was not possible.
-int change_settings(int32_t number) {
+std::string content_or_none() { return is_there() ? get_file(kFile) : kNone; }
+
+// Loads what is there, changes something in every section, and saves it. 0 when any of that was not possible.
+int save(int32_t number) {
+  if (!(is_there() ? init_config_vals(kFile) : init_new_config_vals())) return 0;
   StdRec.power = number;
   CustomRec.shutdown_minutes = number % 90 + 1;
   PathRec.data_log_size = number;
-  cpynstr(MailRec.subject, "event " + std::to_string(number));
+  cpynstr(MailRec.subject, std::string(static_cast<size_t>(number % 100), 's'));
   return EventStrings.nCount == kEventCount &&
-         store_event_jobs(3, ("LOGMSG(\"" + std::to_string(number) + "\")O;").c_str());
+         store_event_jobs(3, ("LOGMSG(\"" + std::to_string(number) + "\")O;").c_str()) && save_configuration(kFile);
 }
-
-std::string content_or_none() { return fs::exists(kFile) ? get_file(kFile) : "(none)"; }
 
 // How many files there are that do not belong there.
 long leftovers() {
@@ -62,7 +63,8 @@ long leftovers() {
 
 struct Faults : testing::Test {
   WorkingFolder folder{kMemoryFolder};
-  std::string old;       // what a run finds; "(none)" for a new file
+  Way way = renamed;
+  std::string old;       // what a run finds
   std::string complete;  // what it leaves when all goes well, as otherwise the old
 
   Faults() {
@@ -70,27 +72,38 @@ struct Faults : testing::Test {
     plan_faults({});
   }
 
-  void lay_out(Way way) {
-    fs::remove(kFile);
-    fs::remove(kSecondName);
-    if (old == "(none)") return;
+  void lay_out() const {
+    for (const auto &entry : fs::directory_iterator(".")) fs::remove(entry.path());
+    if (old == kNone) return;
     put_file(kFile, old);
-    if (way == Way::kInPlace) fs::create_hard_link(kFile, kSecondName);
+    if (way != renamed) fs::create_hard_link(kFile, kSecondName);
   }
 
+  int save_new() const { return save(way == shrinks_in_place ? 705 : 720); }
+
   // An old configuration, and the new one.
-  void prepare(Way way) {
-    old = "(none)";
-    lay_out(way);
-    init_new_config_vals();
-    EXPECT_EQ(change_settings(500), 1);
-    if (way != Way::kNewFile) {
-      EXPECT_EQ(save_configuration(kFile), 1);
-      old = "; of the site\n" + get_file(kFile) + "\n[rack]\nrow=4\n";
-    }
-    lay_out(way);
-    EXPECT_EQ(load(way) + change_settings(700) + save_configuration(kFile), 3);
+  void prepare(Way next) {
+    way = next;
+    old = kNone;
+    lay_out();
+    EXPECT_EQ(save(510), 1);
+    if (way != is_new) old = "; of the site\n" + get_file(kFile) + "\n[rack]\nrow=4\n";
+    lay_out();
+    EXPECT_EQ(save_new(), 1);
     complete = get_file(kFile);
+  }
+
+  // Runs `meets` with 1, 2 and so on for every way, as long as it tells that the fault was met. How often that was.
+  int count_met(const std::function<bool(int)> &meets) {
+    int met = 0;
+    for (const Way next : {renamed, grows_in_place, shrinks_in_place, is_new}) {
+      prepare(next);
+      int place = 1;
+      while (meets(place) && !HasFailure()) ++place;
+      EXPECT_FALSE(HasFailure()) << "way " << static_cast<int>(way) << ", place " << place;
+      met += place - 1;
+    }
+    return met;
   }
 
   bool is_whole(const std::string &content) const { return content == old || content == complete; }
@@ -109,13 +122,12 @@ struct Outcome {
   bool saved = false, ended = false, met = true;
 };
 
-int load_change_save(Way way) { return load(way) && change_settings(700) && save_configuration(kFile); }
-
-Outcome run_with_fault(Way way, const FaultPlan &plan) {
+Outcome run_with_fault(const Faults &test, const FaultPlan &plan) {
   Outcome run;
+  test.lay_out();
   plan_faults(plan);
   try {
-    run.saved = load_change_save(way) == 1;
+    run.saved = test.save_new() == 1;
   } catch (const std::bad_alloc &) {
     run.ended = true;
   }
@@ -128,8 +140,7 @@ Outcome run_with_fault(Way way, const FaultPlan &plan) {
 pid_t start_child(const std::function<void()> &work) {
   const pid_t child = fork();
   if (child != 0) return child;
-  dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
-  [&]() noexcept { work(); }();  // what is thrown ends it, as it ends the program
+  if (std::freopen("/dev/null", "w", stderr) != nullptr) [&]() noexcept { work(); }();  // what is thrown ends it
   _exit(EXIT_SUCCESS);
 }
 
@@ -141,93 +152,93 @@ int status_of(pid_t child) {
 }
 
 // A run that ends the program, in a process of its own.
-int status_of_run(Way way, const FaultPlan &plan) {
+int status_of_run(const Faults &test, const FaultPlan &plan) {
+  test.lay_out();
   return status_of(start_child([&] {
     plan_faults(plan);
-    load_change_save(way);
+    test.save_new();
   }));
+}
+
+// What reaches the disk, and in which order: a power failure finds a whole file, too.
+TEST_F(Faults, IsFlushedBeforeItTakesTheOldOnesPlace) {
+  const std::pair<Way, const char *> cases[] = {
+      // the last two: what was unsaved, and the lock
+      {renamed, "write flush rename flush remove remove"},
+      {grows_in_place, "write flush flush write flush write cut flush remove remove remove"},
+      {shrinks_in_place, "write flush flush write cut flush remove remove remove"},
+      {is_new, "write flush rename flush remove remove"},
+  };
+  for (const auto &[next, calls] : cases) {
+    prepare(next);
+    lay_out();
+    plan_faults({});
+    EXPECT_EQ(save_new(), 1);
+    EXPECT_EQ(lasting_calls(), calls);
+  }
 }
 
 TEST_F(Faults, AnySystemCallOfASaveMayFail) {
   int injected = 0;
-  for (const Way way : kWays) {
-    prepare(way);
-    for (const int error : {0, EIO, ENOSPC, EINTR, EACCES, EMFILE}) {
-      Outcome run;
-      for (int call = 1; run.met && !HasFailure(); ++call) {
-        lay_out(way);
-        run = run_with_fault(way, {.call = call, .error = error});
-        expect_whole(run.saved);
-        EXPECT_TRUE(run.saved || (run.met && error != 0)) << "nothing failed, but it is not saved";
-        EXPECT_FALSE(HasFailure()) << "way " << static_cast<int>(way) << ", call " << call << ", error " << error;
-        injected += run.met;
-      }
-    }
+  for (const int error : {0, EIO, ENOSPC, EINTR, EACCES, EMFILE}) {
+    injected += count_met([&](int call) {
+      const Outcome run = run_with_fault(*this, {.call = call, .error = error});
+      expect_whole(run.saved);
+      EXPECT_TRUE(run.saved || (run.met && error != 0)) << "nothing failed, but it is not saved";
+      return run.met;
+    });
   }
   std::printf("%d system calls went wrong\n", injected);
 }
 
 TEST_F(Faults, AnyAllocationMayFail) {
-  int injected = 0, ended = 0;
-  for (const Way way : kWays) {
-    prepare(way);
-    Outcome run;
-    for (int allocation = 1; run.met && !HasFailure(); ++allocation) {
-      lay_out(way);
-      run = run_with_fault(way, {.allocation = allocation});
-      if (run.ended) {
-        lay_out(way);
-        EXPECT_EQ(status_of_run(way, {.allocation = allocation}), 128 + SIGABRT);
-      }
-      expect_whole(run.saved);
-      EXPECT_FALSE(HasFailure()) << "way " << static_cast<int>(way) << ", allocation " << allocation;
-      injected += run.met;
-      ended += run.ended;
-    }
-  }
+  int ended = 0;
+  const int injected = count_met([&](int allocation) {
+    const Outcome run = run_with_fault(*this, {.allocation = allocation});
+    EXPECT_TRUE(!run.ended || status_of_run(*this, {.allocation = allocation}) == 128 + SIGABRT);
+    expect_whole(run.saved);
+    ended += run.ended;
+    return run.met;
+  });
   std::printf("%d allocations failed, %d of them ended the program\n", injected, ended);
 }
 
-// What a killed save has left: a whole file; or, where it was being written in place, its whole copy. The number of
-// copies and unfinished files beside it.
+// What a killed save has left: a whole file; or, where it was being written in place, its whole copy, which is found.
+// What is not needed any more the next save removes.
 struct AfterKill : Faults {
-  long expect_recoverable(Way way) const {
-    bool whole = is_whole(content_or_none());
-    for (const auto &entry : fs::directory_iterator(".")) {
-      const std::string name = entry.path().filename();
-      if (way == Way::kInPlace && name.starts_with(".kavsetup-")) whole = whole || is_whole(get_file(name));
-    }
-    EXPECT_TRUE(whole) << content_or_none();
-    const long left = leftovers() - fs::exists(kLock);
-    EXPECT_LE(left, 1);
-    return left;
-  }
-  // The next save removes what is not needed any more.
-  void expect_cleared(Way way) const {
-    const bool is_needed = way == Way::kInPlace && !is_whole(content_or_none());
-    EXPECT_TRUE(load_change_save(content_or_none() == "(none)" ? Way::kNewFile : way));
-    EXPECT_TRUE(leftovers() == 0 || (is_needed && leftovers() == 1));
-  }
-  static void clear() {
-    for (const auto &entry : fs::directory_iterator(".")) fs::remove(entry.path());
+  long left = 0;  // copies and unfinished files
+
+  void expect_recovery() {
+    const std::string content = content_or_none();
+    const std::string copy = interrupted_copy(kFile);
+    EXPECT_TRUE(copy.empty() ? is_whole(content) : is_whole(get_file(copy)) && !is_whole(content)) << content;
+    const long found = leftovers() - fs::exists(kLock);
+    EXPECT_LE(found, 1);
+    left += found;
+    EXPECT_EQ(save_new(), 1);
+    EXPECT_EQ(leftovers(), !copy.empty());
   }
 };
 
+// A write before the kill has put one byte into its file.
+// A write before the kill has put one byte into its file.
 TEST_F(AfterKill, BeforeAnySystemCallOfASave) {
-  int kills = 0;
-  for (const Way way : kWays) {
-    prepare(way);
-    for (int call = 1, status = 128 + SIGKILL; status == 128 + SIGKILL && !HasFailure(); ++call) {
-      clear();
-      lay_out(way);
-      status = status_of_run(way, {.kill_at_call = call});
-      expect_recoverable(way);
-      expect_cleared(way);
-      kills += status == 128 + SIGKILL;
-    }
-  }
+  const int kills = count_met([&](int call) {
+    const int status = status_of_run(*this, {.call = call - 1, .kill_at_call = call});
+    expect_recovery();
+    return status == 128 + SIGKILL;
+  });
   EXPECT_GT(kills, 50);
-  std::printf("killed before %d system calls\n", kills);
+  std::printf("killed before %d system calls; %ld files were left beside the configuration\n", kills, left);
+}
+
+TEST_F(AfterKill, OrAfterADiskHasBroken) {
+  count_met([&](int call) {
+    const Outcome run = run_with_fault(*this, {.call = call, .error = EIO, .is_lasting = true});
+    EXPECT_TRUE(!run.saved || content_or_none() == complete);
+    expect_recovery();
+    return run.met;
+  });
 }
 
 // KAV_KILLS: how often; each time in the midst of saves that follow each other without a pause.
@@ -235,22 +246,17 @@ TEST_F(AfterKill, AtRandomMoments) {
   const char *wanted = std::getenv("KAV_KILLS");
   const int kills = wanted == nullptr ? 60 : std::atoi(wanted);
   std::mt19937 random(7);
-  long left = 0;
-  for (const Way way : {Way::kRename, Way::kInPlace}) {
-    prepare(way);
+  for (const Way next : {renamed, grows_in_place}) {
+    prepare(next);
     for (int i = 0; i < kills / 2 && !HasFailure(); ++i) {
-      clear();
-      lay_out(way);
-      const pid_t child = start_child([&] {
-        for (int number = 500;; number = 1200 - number) {
-          if (load(way) && change_settings(number)) save_configuration(kFile);
-        }
+      lay_out();
+      const pid_t child = start_child([] {
+        for (int number = 510;; number = 1230 - number) save(number);
       });
       std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000));
       kill(child, SIGKILL);
       EXPECT_EQ(status_of(child), 128 + SIGKILL);
-      left += expect_recoverable(way);
-      expect_cleared(way);
+      expect_recovery();
     }
   }
   std::printf("killed %d times; %ld files were left beside the configuration\n", kills, left);

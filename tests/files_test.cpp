@@ -1,64 +1,20 @@
-// Replacing files: on the real file system, with system calls that fail on demand, as another user, on a full disk.
+// Replacing files: on the real file system, as another user, on a full disk.
 #include "util/files.h"
 
-#include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <functional>
-#include <vector>
 
 #include "tests/folder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-// What the system calls below do: the call number `fail_at` fails with `error`, every write takes at most `longest`.
-struct Faults {
-  int fail_at = 0, error = EIO;
-  size_t longest = SIZE_MAX;
-  std::vector<std::string> calls;
-} faults;
-
-bool fails(const std::string &call) {
-  faults.calls.push_back(call);
-  if (static_cast<int>(faults.calls.size()) != faults.fail_at) return false;
-  errno = faults.error;
-  return true;
-}
-
-int made(long number, auto... arguments) { return static_cast<int>(syscall(number, arguments...)); }
-
-}  // namespace
-
-// The program's own definitions go before those of the C library.
-extern "C" {
-ssize_t pwrite(int file, const void *data, size_t size, off_t offset) {
-  if (fails("write") || lseek(file, offset, SEEK_SET) < 0) return -1;
-  return made(SYS_write, file, data, std::min(size, faults.longest));
-}
-int fsync(int file) {
-  struct stat state = {};
-  fstat(file, &state);
-  return fails(S_ISDIR(state.st_mode) ? "flush folder" : "flush") ? -1 : made(SYS_fsync, file);
-}
-int ftruncate(int file, off_t size) noexcept { return fails("cut") ? -1 : made(SYS_ftruncate, file, size); }
-int linkat(int from, const char *old, int to, const char *path, int flags) noexcept {
-  return fails("name") ? -1 : made(SYS_linkat, from, old, to, path, flags);
-}
-int rename(const char *from, const char *to) noexcept {
-  return fails("rename") ? -1 : made(SYS_renameat, AT_FDCWD, from, AT_FDCWD, to);
-}
-}
-
-namespace {
 
 constexpr int kSkip = 77;
 constexpr uid_t kNobody = 65534;
@@ -70,7 +26,6 @@ struct Files : testing::Test {
   Files() {
     chmod(".", 0755);
     put_file(kFile, "old content\n");
-    faults = {};
   }
 };
 
@@ -128,10 +83,12 @@ TEST_F(Files, AttributesAreKept) {
       44);
   const bool possible = chown(kFile, 1234, 1234) == 0 &&
                         setxattr(".", "system.posix_acl_default", list.data(), list.size(), 0) == 0 &&
-                        setxattr(kFile, "user.note", "site", 4, 0) == 0;
+                        setxattr(kFile, "user.note", "site", 4, 0) == 0 && setxattr(kFile, "user.empty", "", 0, 0) == 0;
   chmod(kFile, 0604);
   char value[64];
   const struct stat before = state_of(kFile);
+  ASSERT_EQ(replace_file(kFile, "old content\n"), 1);
+  EXPECT_EQ(state_of(kFile).st_ino, before.st_ino) << "written without a change";
   ASSERT_EQ(replace_file(kFile, "new"), 1);
   EXPECT_NE(state_of(kFile).st_ino, before.st_ino);
   EXPECT_EQ(state_of(kFile).st_mode, before.st_mode);
@@ -146,6 +103,22 @@ TEST_F(Files, AttributesAreKept) {
   EXPECT_EQ(std::string_view(value, list.size()), list);
 }
 
+TEST_F(Files, AreSavedByOneAtATime) {
+  fs::create_symlink(kFile, "link");
+  {
+    SaveLock lock, second;
+    ASSERT_EQ(is_saved_now(kFile) + lock_for_saving("link", lock), 1);
+    EXPECT_EQ(is_saved_now("link"), 1);
+    EXPECT_EQ(lock_for_saving(kFile, second, 30), 0);
+    EXPECT_EQ(errno, EWOULDBLOCK);
+    EXPECT_EQ(lock_for_saving("none/ups.cfg", second), 0);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(is_saved_now(kFile), 1);
+  }
+  EXPECT_EQ(is_saved_now(kFile), 0);
+  EXPECT_EQ(entries(), 2);
+}
+
 TEST_F(Files, WhatIsNoRegularFileIsRefused) {
   ASSERT_EQ(mkfifo("pipe", 0600), 0);
   fs::create_symlink("loop", "loop");
@@ -154,43 +127,6 @@ TEST_F(Files, WhatIsNoRegularFileIsRefused) {
   EXPECT_EQ(read_file("/dev/zero", content), 0);  // it never ends
   EXPECT_EQ(read_file(".", content), 0);
   EXPECT_EQ(content, "");
-}
-
-TEST_F(Files, WrittenOnlyWhenChangedAndFlushedInOrder) {
-  const struct stat before = state_of(kFile);
-  EXPECT_EQ(replace_file(kFile, "old content\n"), 1);
-  EXPECT_EQ(state_of(kFile).st_ino, before.st_ino);
-  EXPECT_TRUE(faults.calls.empty());
-  EXPECT_EQ(replace_file(kFile, "new"), 1);
-  std::erase(faults.calls, "name");  // not every file system has files without names
-  EXPECT_EQ(faults.calls, (std::vector<std::string>{"write", "flush", "rename", "flush folder"}));
-}
-
-// Every call of a save fails once, in both ways to save, for files that grow and that shrink, with short writes.
-TEST_F(Files, AnyFailureLeavesOneCompleteFile) {
-  const std::string old(3000, 'o');
-  const auto save_failing = [&](bool in_place, const std::string &content, int fail_at, int error) {
-    fs::remove("second");
-    put_file(kFile, old);
-    if (in_place) fs::create_hard_link(kFile, "second");
-    faults = {.fail_at = fail_at, .error = error, .longest = 1500, .calls = {}};
-    const int saved = replace_file(kFile, content);
-    const bool failed_one = static_cast<int>(faults.calls.size()) >= fail_at;
-    const bool renamed = !in_place && faults.calls.back() == "flush folder";
-    EXPECT_EQ(get_file(kFile), saved == 1 || renamed ? content : old);
-    EXPECT_EQ(entries(), in_place ? 2 : 1);
-    EXPECT_TRUE(saved == 1 || (failed_one && error != EINTR));
-    return failed_one;
-  };
-  for (const bool in_place : {false, true}) {
-    for (const size_t size : {0, 2000, 5000}) {
-      for (const int error : {EIO, ENOSPC, EINTR, EPERM}) {
-        int n = 1;
-        while (n < 50 && save_failing(in_place, std::string(size, 'n'), n, error)) ++n;
-        EXPECT_TRUE(n > 3 && n < 50) << n;
-      }
-    }
-  }
 }
 
 TEST_F(Files, WithoutRightsOnFolderOrOwner) {

@@ -13,6 +13,9 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -21,16 +24,15 @@ bool planned = false;
 bool from_environment = false;
 int calls = 0;
 int allocations = 0;
+std::vector<long> made_calls;  // as many as its room takes, which is no allocation of the program's
 
-// Counts a system call. True when it is the one to go wrong.
-bool goes_wrong() {
+// Counts a system call. True when it fails.
+bool fails(long number) {
   ++calls;
   if (calls == plan.kill_at_call) raise(SIGKILL);
-  return calls == plan.call;
-}
-
-bool fails() {
-  if (!goes_wrong() || plan.error == 0) return false;
+  if (made_calls.size() < made_calls.capacity()) made_calls.push_back(number);
+  const bool is_met = calls == plan.call || (plan.is_lasting && calls > plan.call);
+  if (!is_met || plan.error == 0) return false;
   errno = plan.error;
   return true;
 }
@@ -40,7 +42,7 @@ long made(long number, auto... arguments) { return syscall(number, arguments...)
 // The call itself, unless it fails.
 template <typename Result = int>
 Result faulty(long number, auto... arguments) {
-  return static_cast<Result>(fails() ? -1 : made(number, arguments...));
+  return static_cast<Result>(fails(number) ? -1 : made(number, arguments...));
 }
 
 // How much of `size` bytes a write takes.
@@ -49,6 +51,8 @@ size_t taken(size_t size) { return calls == plan.call ? std::min<size_t>(size, 1
 }  // namespace
 
 void plan_faults(const FaultPlan &new_plan) {
+  made_calls.clear();
+  made_calls.reserve(1000);
   plan = new_plan;
   planned = true;
   from_environment = false;
@@ -58,6 +62,17 @@ void plan_faults(const FaultPlan &new_plan) {
 
 bool fault_happened() {
   return (plan.call > 0 && calls >= plan.call) || (plan.allocation > 0 && allocations >= plan.allocation);
+}
+
+std::string lasting_calls() {
+  std::map<long, std::string> names = {{SYS_pwrite64, " write"},
+                                       {SYS_ftruncate, " cut"},
+                                       {SYS_fsync, " flush"},
+                                       {SYS_renameat, " rename"},
+                                       {SYS_unlinkat, " remove"}};
+  std::string all;
+  for (const long call : made_calls) all += names[call];
+  return all.erase(0, 1);
 }
 
 bool allocation_fails() {
@@ -88,10 +103,10 @@ ssize_t pread(int file, void *buffer, size_t size, off_t at) {
   return faulty<ssize_t>(SYS_pread64, file, buffer, size, at);
 }
 ssize_t write(int file, const void *data, size_t size) {
-  return fails() ? -1 : made(SYS_write, file, data, taken(size));
+  return fails(SYS_write) ? -1 : made(SYS_write, file, data, taken(size));
 }
 ssize_t pwrite(int file, const void *data, size_t size, off_t at) {
-  return fails() ? -1 : made(SYS_pwrite64, file, data, taken(size), at);
+  return fails(SYS_pwrite64) ? -1 : made(SYS_pwrite64, file, data, taken(size), at);
 }
 
 int fsync(int file) { return faulty(SYS_fsync, file); }
@@ -101,6 +116,11 @@ int rename(const char *from, const char *to) noexcept { return faulty(SYS_rename
 int link(const char *from, const char *to) noexcept { return faulty(SYS_linkat, AT_FDCWD, from, AT_FDCWD, to, 0); }
 int linkat(int from, const char *old, int to, const char *path, int flags) noexcept {
   return faulty(SYS_linkat, from, old, to, path, flags);
+}
+// What can't be removed stays: this one is only counted.
+int unlink(const char *path) noexcept {
+  fails(SYS_unlinkat);
+  return static_cast<int>(made(SYS_unlinkat, AT_FDCWD, path, 0));
 }
 int fchown(int file, uid_t owner, gid_t group) noexcept { return faulty(SYS_fchown, file, owner, group); }
 int fchmod(int file, mode_t mode) noexcept { return faulty(SYS_fchmod, file, mode); }
@@ -119,7 +139,7 @@ int faulty_flock(int file, int operation) { return faulty(SYS_flock, file, opera
 
 // A file whose close fails is closed all the same.
 int close(int file) {
-  const bool failing = fails();
+  const bool failing = fails(SYS_close);
   const int error = errno;
   const long result = made(SYS_close, file);
   if (!failing) return static_cast<int>(result);
