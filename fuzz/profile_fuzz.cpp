@@ -1,5 +1,5 @@
 // Any bytes as a profile: the first byte chooses the mode, the rest is the file. It is rewritten unchanged, looked
-// through, changed in every topic that it holds, and opened again.
+// through, changed in every topic that it holds, and opened again; a key amid its lines is set and set back.
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -11,6 +11,8 @@
 namespace {
 
 constexpr size_t kMostNames = 16;  // of a file, so that long files stay fast
+
+constexpr char kTopic[] = "\x7F";  // that of the key, and in no file that is tried
 
 using Names = std::vector<std::pair<std::string, std::string>>;
 
@@ -44,14 +46,23 @@ void expect_consistent(ProfileHandle profile) {
   expect(flagged == indexed);
 }
 
-// Rewriting what was read gives the same file, but for names that the store itself generates.
+// Rewriting what was read gives the same file.
 void expect_rewriting(const FuzzFile &file, int mode, const std::string &content) {
   ProfileHandle profile = XOpenProfileEx(file.path.c_str(), mode);
   expect(profile != nullptr);
   profile->modified = 1;
   expect(XCloseProfileEx(&profile));
-  const bool comparable = !is_binary(mode) && !content.empty() && content.find("@$") == std::string::npos;
-  expect(!comparable || file.content() == content);
+  expect(is_binary(mode) || content.empty() || file.content() == content);
+}
+
+void expect_nothing_else_changed(const FuzzFile &file, const char *topic, const std::string &before,
+                                 const std::string &after) {
+  file.hold(before + "Probe=0\n" + after);
+  for (const std::string value : {"a longer value", "0"}) {
+    ProfileHandle profile = XOpenProfileEx(file.path.c_str(), kWriteText);
+    expect(profile != nullptr && XSetPrivateProfileStringNoTrimEx(profile, topic, "Probe", value.c_str(), "") == 1);
+    expect(XCloseProfileEx(&profile) == 1 && file.content() == before + "Probe=" + value + "\n" + after);
+  }
 }
 
 void use_every_name(const char *path, int mode) {
@@ -80,7 +91,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   const int mode = data[0] % (kModeCount - 1) + 1;
   const std::string content = text_of_bytes(data + 1, size - 1);
   file.hold(content);
-  expect_rewriting(file, mode, content);
+  const bool is_usual = content.find("@$") == std::string::npos && content.find(kTopic) == std::string::npos;
+  if (is_usual) expect_rewriting(file, mode, content);
   for (int i = 0; i < 2; ++i) use_every_name(file.path.c_str(), mode);
+  if (!is_usual) return 0;  // names that the store itself generates are not written
+  const size_t half = content.size() / 2;
+  expect_nothing_else_changed(file, kTmpTopic, "", content);
+  expect_nothing_else_changed(file, kTopic, content.substr(0, half) + "\n[" + kTopic + "]\n", content.substr(half));
   return 0;
 }
