@@ -1,6 +1,7 @@
 // Databases for tests: coded from a text, and the sample of the repository.
 #pragma once
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -23,3 +24,11 @@ struct OpenDatabase {
     EXPECT_EQ(UpsOpenDb("upstyp.ups"), 1);
   }
 };
+
+// The fields of a record as a line has them, with "|" between them.
+template <class... Fields>
+std::string joined(const Fields &...fields) {
+  std::ostringstream line;
+  (..., (line << '|' << fields));
+  return line.str().substr(1);
+}

@@ -2,7 +2,6 @@
 #include "upsdb/families.h"
 
 #include <algorithm>
-#include <sstream>
 
 #include "tests/database_file.h"
 #include "upsdb/upsdb.h"
@@ -26,13 +25,6 @@ constexpr char kVariables[] = "1|STATUS|Status|-|0\n3|LOAD|Load of all|%|1\n-2|T
 constexpr char kShared[] = "SHUTDOWN(mode)|Stops it|PARAM|0|UPS\nLOG(a,b)|Writes|none|1|UPS\n";
 constexpr char kOwn[] = "BEEPER(state)|Beeps|PARAM|7|UPS\n";
 constexpr char kCode[] = "[SHARED_MAIN]\npush A\npop\n[SHARED_LIB]\ncall A\n[A_MAIN]\nmain\n[A_LIB]\nlib\n";
-
-template <class... Fields>
-std::string joined(const Fields &...fields) {
-  std::ostringstream line;
-  (..., (line << '|' << fields));
-  return line.str().substr(1);
-}
 
 std::string line_of(const UpsPollEntry &r) { return joined(r.variable_id, r.seconds); }
 std::string line_of(const UpsVitalData &r) { return joined(r.variable_id); }

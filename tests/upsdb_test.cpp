@@ -64,51 +64,56 @@ TEST(Position, HexadecimalNumbersWrapAfterEightDigits) {
   EXPECT_TRUE(bytes[0] == 0xA0 && bytes[1] == 0xB1);
 }
 
-TEST(Model, EveryMemberFromItsFieldAndThePowerTwice) {
-  UpsData model = {};
-  EXPECT_EQ(fillUpsDataFromUCString(model, kModel), 1);
-  EXPECT_STREQ(model.name, "Model A");
-  EXPECT_TRUE(model.baud_rate == 2400 && model.parity == 'n' && model.data_bits == 8 && model.stop_bits == 1);
-  EXPECT_TRUE(static_cast<uint16_t>(model.code) == 0x805C && model.number == 99);
-  EXPECT_TRUE(model.power == 1400.5 && model.load == 1400.5 && model.hold_minutes == 7.9 && model.recharge_hours == 12);
-  EXPECT_EQ(std::vector(model.further, model.further + 4), (std::vector<double>{1, 0.1, -3, 1000}));
+std::string line_of(const UpsData &r) {
+  const char parity = r.parity != 0 ? r.parity : '-';
+  return joined(r.name, r.baud_rate, parity, r.data_bits, r.stop_bits, r.code, r.number, r.power, r.load,
+                r.hold_minutes, r.recharge_hours, r.further[0], r.further[1], r.further[2], r.further[3]);
 }
 
-TEST(Model, FaultyLinesAreCountedButNotRead) {
-  const OpenDatabase db(
-      std::string("[UPS]\nThirteen|1|n|8|1|0x1|2|3|4|5|6|7|8\nNo ninth|1|n|8|1|0x1|2|3|4||6|7|8|9\n") +
-      "An overlong name that is cut behind its 31st byte|x|n|8|1|12|2|3|4|5|6|7|8|9\n" + kModel + "\n");
+TEST(Model, EveryMemberFromItsFieldAndThePowerTwice) {
+  const std::tuple<const char *, int, const char *> cases[] = {
+      {kModel, 1, "Model A|2400|n|8|1|-32676|99|1400.5|1400.5|7.9|12|1|0.1|-3|1000"},
+      {"Thirteen|1|n|8|1|0x1|2|3|4|5|6|7|8", 0, "|0|-|0|0|0|0|0|0|0|0|0|0|0|0"},
+      {"No ninth|1|n|8|1|0x1|2|3|4||6|7|8|9", 0, "No ninth|1|n|8|1|1|2|3|3|4|0|6|7|8|9"},
+      // a code without 0x
+      {"An overlong name that is cut after its 31st byte|x|n|8|1|12|2|3|4|5|6|7|8|9", 0,
+       "An overlong name that is cut af|0|n|8|1|0|2|3|3|4|5|6|7|8|9"},
+      {"\"\"|1|\"\"|8|1|0xFFFF|2|3|4|5|6|7|8|9", 1, "|1|-|8|1|-1|2|3|3|4|5|6|7|8|9"},
+  };
+  std::string text = "[UPS]\n";
+  for (const auto &[line, result, filled] : cases) text += std::string(line) + "\n";
+  const OpenDatabase db(text);
+  EXPECT_EQ(UpsGetCountDb(), static_cast<int>(std::size(cases)));
   UpsData model;
-  EXPECT_EQ(UpsGetCountDb(), 4);
-  EXPECT_EQ(UpsGetAtDb(model, 0), 0);
-  EXPECT_STREQ(model.name, "");
-  EXPECT_EQ(UpsGetAtDb(model, 1), 0);
-  EXPECT_TRUE(model.recharge_hours == 0 && model.further[3] == 9);
-  EXPECT_EQ(UpsGetAtDb(model, 2), 0) << "a code without 0x";
-  EXPECT_STREQ(model.name, "An overlong name that is cut be");
-  EXPECT_EQ(UpsGetAtDb(model, 3), 1);
-  EXPECT_EQ(UpsGetAtDb(model, 4) + UpsGetAtDb(model, -1), 0);
-  EXPECT_EQ(model.power, 0) << "cleared";
+  for (int16_t n = 0; const auto &[line, result, filled] : cases) {
+    EXPECT_EQ(UpsGetAtDb(model, n++), result) << line;
+    EXPECT_EQ(line_of(model), filled);
+  }
+  EXPECT_EQ(UpsGetAtDb(model, std::size(cases)) + UpsGetAtDb(model, -1), 0);
+  EXPECT_EQ(line_of(model), line_of(UpsData{})) << "not cleared";
+}
+
+// The first five records of a section.
+std::string entries(const char *section) {
+  std::string all;
+  for (int n = 0; n < 5; ++n) {
+    char line[kValueBufferSize] = "";
+    all += getEntryFromDb(line, section, n) ? std::string(line) + ", " : "none, ";
+  }
+  return all;
 }
 
 TEST(Database, LinesThatAreNoRecords) {
   const OpenDatabase db("[ups]\n; a|b\n\n# c\nfirst|1\nkey=value\nsecond|2\nhides [ the rest\nthird|3\n[X]\nlast\n");
-  char line[kValueBufferSize] = "";
   EXPECT_EQ(UpsGetCountDb(), 2);
-  EXPECT_EQ(getEntryFromDb(line, "Ups", 1), 1);
-  EXPECT_STREQ(line, "second|2");
-  EXPECT_EQ(getEntryFromDb(line, "x", 0), 1);
+  EXPECT_EQ(entries("Ups"), "first|1, second|2, none, none, none, ");
+  EXPECT_EQ(entries("x"), "last, none, none, none, none, ");
 }
 
 TEST(Database, FirstLineWithANumberCountsUpToTheFirstGap) {
   const OpenDatabase db("[UPS]\n@$tmp_key$@00001=own\nzero\none\n@$TMP_KEY$@00003=three\n@$tmp_key$@4=four\n");
-  char line[kValueBufferSize] = "";
   EXPECT_EQ(UpsGetCountDb(), 2);
-  EXPECT_EQ(getEntryFromDb(line, "UPS", 1), 1);
-  EXPECT_STREQ(line, "own");
-  EXPECT_EQ(getEntryFromDb(line, "UPS", 3), 1);
-  EXPECT_STREQ(line, "three");
-  EXPECT_EQ(getEntryFromDb(line, "UPS", 2) + getEntryFromDb(line, "UPS", 4), 0);
+  EXPECT_EQ(entries("UPS"), "zero, own, none, three, none, ");
 }
 
 TEST(Database, IsOpenedOnceAndItsLastModelOutlivesIt) {
