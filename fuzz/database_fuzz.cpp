@@ -16,43 +16,31 @@
 
 namespace {
 
-constexpr int kMostRecords = 40;  // of a family, so that long files stay fast
+constexpr int kMostRecords = 12;  // of a family, so that long files stay fast
 
-template <class Record>
-void read_family(int16_t count, int (*get)(Record &, int16_t, const char *), const char *model) {
-  for (int16_t n = 0; n <= count && n < kMostRecords; ++n) {
-    Record record;
-    get(record, n, model);
-  }
+// Every family of a model, or of a section.
+template <class... Records>
+void read_families(const char *name, int (*...get)(Records &, int16_t, const char *)) {
+  for (int16_t n = 0; n < kMostRecords; ++n) (..., [&](Records record) { get(record, n, name); }({}));
 }
 
 void read_model(const char *model) {
-  read_family<UpsPollEntry>(UpsGetCountDbPollEntry(model), UpsGetAtDbPollEntry, model);
-  read_family<UpsVitalData>(UpsGetCountDbVitalData(model), UpsGetAtDbVitalData, model);
-  read_family<UpsGetInfo>(UpsGetCountDbGetInfo(model), UpsGetAtDbGetInfo, model);
-  read_family<UpsEvent>(UpsGetCountDbEvents(model), UpsGetAtDbEvents, model);
-  read_family<UpsVariableInfo>(UpsGetCountDbVitalData(model), UpsGetAtDbVDVarInfo, model);
-  UpsCustomValue value;
-  UpsGetAtDbCstmValue(value, model);
+  read_families(model, UpsGetAtDbPollEntry, UpsGetAtDbVitalData, UpsGetAtDbGetInfo, UpsGetAtDbEvents,
+                UpsGetAtDbVDVarInfo, UpsGetAtDbGIVarInfo);
   char section[32];
-  if (UpsGetSectionDbFunctionEntry(model, section, sizeof section) == 1) {
-    read_family<UpsFunction>(UpsGetCountDbFunction(section), UpsDbGetFunction, section);
-  }
+  if (UpsGetSectionDbFunctionEntry(model, section, sizeof section) == 1) read_families(section, UpsDbGetFunction);
 }
 
 void read_shared() {
   char text[64] = "";
   UpsVersionNrDb(text, sizeof text);
-  UpsFileDateDb(text, sizeof text);
+  UpsDbGetSharedMainQCode(text, sizeof text);
   int16_t oem = 0;
   UpsOEMIdDb(oem);
   UpsVersionInfo info;
   expect(UpsVersionInfoDb(&info) == 1);
   UpsVariableInfo variable;
-  UpsGetAtDbVarInfoFromVarID(variable, 1);
   UpsGetAtDbVarInfoFromVarName(variable, "Status");
-  char code[256] = "";
-  UpsDbGetSharedMainQCode(code, sizeof code);
 }
 
 void read_all_models() {

@@ -1,18 +1,11 @@
-// Runs a fuzz target without libFuzzer: NAME_fuzz CORPUS [MUTATIONS]
+// Runs a fuzz target without libFuzzer: NAME_fuzz CORPUS
 // Every file of the corpus, then mutations of them, always the same ones.
 #include <algorithm>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
-#include <string>
 #include <vector>
 
 #include "fuzz/fuzz.h"
-#include "util/numbers.h"
 
 namespace {
 
@@ -21,29 +14,26 @@ constexpr size_t kLongestInput = 4096;
 
 using Random = std::mt19937;
 
-size_t below(Random &random, size_t limit) { return limit == 0 ? 0 : random() % limit; }
+size_t up_to(Random &random, size_t most) { return random() % (most + 1); }
 
 std::vector<std::string> read_corpus(const char *folder) {
   std::vector<std::string> inputs;
   for (const auto &entry : std::filesystem::directory_iterator(folder)) {
-    std::ifstream file(entry.path(), std::ios::binary);
-    inputs.emplace_back(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    expect(read_file(entry.path().c_str(), inputs.emplace_back()) == 1);
   }
   std::ranges::sort(inputs);
   return inputs;
 }
 
-void mutate(std::string &input, const std::vector<std::string> &corpus, Random &random) {
-  const size_t at = below(random, input.size() + 1);
-  const size_t length = below(random, 16) + 1;
-  const std::string &other = random() % 2 == 0 ? input : corpus[below(random, corpus.size())];
-  const std::string piece = other.substr(below(random, other.size() + 1), length * 4);
-  const unsigned kind = random() % 5;
-  if (kind == 0 && at < input.size()) input[at] = static_cast<char>(random());
-  if (kind == 1 && at < input.size()) input[at] = static_cast<char>(input[at] ^ (1 << random() % 8));
-  if (kind == 2) input.insert(at, length, static_cast<char>(random()));
-  if (kind == 3) input.erase(at, length);
-  if (kind == 4) input.replace(at, below(random, length + 1), piece);
+// Another byte, or a piece of `other` in place of one; each may be empty.
+void mutate(std::string &input, const std::string &other, Random &random) {
+  const size_t at = up_to(random, input.size());
+  if (random() % 2 == 0 && at < input.size()) {
+    input[at] = static_cast<char>(random());
+  } else {
+    const size_t begin = up_to(random, other.size());
+    input.replace(at, up_to(random, 16), other, begin, up_to(random, 32));
+  }
   input.resize(std::min(input.size(), kLongestInput));
 }
 
@@ -56,14 +46,14 @@ void run(const std::string &input) {
 }  // namespace
 
 int main(int argc, char *argv[]) {
-  const std::vector<std::string> corpus = argc > 1 ? read_corpus(argv[1]) : std::vector<std::string>();
-  const int mutations = argc > 2 ? to_int32(argv[2]) : kMutations;
+  const std::vector<std::string> corpus = read_corpus(argc > 1 ? argv[1] : ".");
   expect(!corpus.empty());
   Random random(1);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same mutations in every run
+  const auto one = [&] { return corpus[up_to(random, corpus.size() - 1)]; };
   for (const std::string &input : corpus) run(input);
-  for (int i = 0; i < mutations; ++i) {
-    std::string input = corpus[below(random, corpus.size())];
-    for (size_t changes = below(random, 8) + 1; changes > 0; --changes) mutate(input, corpus, random);
+  for (int i = 0; i < kMutations; ++i) {
+    std::string input = one();
+    for (size_t changes = up_to(random, 7) + 1; changes > 0; --changes) mutate(input, one(), random);
     run(input);
   }
 }

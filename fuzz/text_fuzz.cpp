@@ -14,20 +14,17 @@
 
 namespace {
 
-constexpr Charset kCharsets[] = {Charset::bytes, Charset::locale, Charset::euc_jp, Charset::raw_euc_jp};
-
-void show(const std::string &text, size_t columns) {
-  for (const Charset charset : kCharsets) {
-    const std::wstring cells = text_to_cells(text, charset, columns);
-    expect(cells.size() <= columns && cells.size() <= text.size());
-    for (const wchar_t cell : cells) expect(cell >= L' ' && cell != 0x7F && (cell < 0x80 || cell >= 0xA0));
-  }
-  text_to_terminal(text, Charset::euc_jp);
+void show(const std::string &text, Charset charset, size_t columns) {
+  const std::wstring cells = text_to_cells(text, charset, columns);
+  expect(cells.size() <= columns && cells.size() <= text.size());
+  for (const wchar_t cell : cells) expect(cell >= L' ' && cell != 0x7F && (cell < 0x80 || cell >= 0xA0));
+  text_to_terminal(text, charset);
 }
 
 void type(std::string_view typed, Charset charset) {
   while (!typed.empty()) {
-    const TypedCharacter character = typed_character(typed, charset);
+    const bool is_ascii = static_cast<unsigned char>(typed[0]) < 0x80;
+    const TypedCharacter character = is_ascii ? TypedCharacter{1, ""} : typed_character(typed, charset);
     expect(character.bytes <= typed.size() && character.text.size() <= std::max<size_t>(character.bytes, 2));
     if (character.bytes == 0) return;
     typed.remove_prefix(character.bytes);
@@ -47,13 +44,9 @@ void cut(const char *text, int size) {
 
 void change(const char *text, int size) {
   std::vector<char> copy(std::strlen(text) + static_cast<size_t>(size) + 2);
-  for (int mode = 1; mode <= 3; ++mode) {
-    cpynstr(copy.data(), text, static_cast<int>(copy.size()));
-    if (std::strlen(text) <= 255) strpad(copy.data(), size, '.', mode);
-  }
+  for (int mode = 1; mode <= 3; ++mode) strpad(strbufupr(copy.data(), text), size, '.', mode);
   Xalltrim(copy.data(), text);
   Xrtrim(copy.data());
-  strbufupr(copy.data(), text);
   Xstr_format(copy.data(), text, text, text);
   UCTstr_to_time(text);
   UCTstr_to_logtime(text);
@@ -68,10 +61,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   if (size == 0 || locale == nullptr) return 0;
   const int room = data[0] % 100 + 1;
   const std::string bytes = text_of_bytes(data + 1, size - 1);
-  show(bytes, static_cast<size_t>(room));
-  const bool typed = !bytes.empty() && static_cast<unsigned char>(bytes[0]) >= 0x80;
-  for (const Charset charset : kCharsets) {
-    if (typed) type(bytes, charset);
+  for (const Charset charset : {Charset::bytes, Charset::locale, Charset::euc_jp, Charset::raw_euc_jp}) {
+    show(bytes, charset, static_cast<size_t>(room));
+    type(bytes, charset);
   }
   cut(bytes.c_str(), room);
   change(bytes.c_str(), room);
