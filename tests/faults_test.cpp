@@ -8,11 +8,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <cstdlib>
 #include <functional>
-#include <random>
-#include <thread>
 
 #include "setup/configuration/configuration.h"
 #include "setup/jobs/catalogue.h"
@@ -137,27 +134,19 @@ Outcome run_with_fault(const Faults &test, const FaultPlan &plan) {
   return run;
 }
 
-pid_t start_child(const std::function<void()> &work) {
+// A run that ends the program, in a process of its own: its status, or 128 and the signal that killed it.
+int status_of_run(const Faults &test, const FaultPlan &plan) {
+  test.lay_out();
   const pid_t child = fork();
-  if (child != 0) return child;
-  if (std::freopen("/dev/null", "w", stderr) != nullptr) [&]() noexcept { work(); }();  // what is thrown ends it
-  _exit(EXIT_SUCCESS);
-}
-
-// 128 and the signal for a killed one.
-int status_of(pid_t child) {
+  if (child == 0) {
+    if (std::freopen("/dev/null", "w", stderr) == nullptr) _exit(EXIT_FAILURE);
+    plan_faults(plan);
+    [&]() noexcept { test.save_new(); }();  // what is thrown ends it, as it ends the program
+    _exit(EXIT_SUCCESS);
+  }
   int status = 0;
   waitpid(child, &status, 0);
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-}
-
-// A run that ends the program, in a process of its own.
-int status_of_run(const Faults &test, const FaultPlan &plan) {
-  test.lay_out();
-  return status_of(start_child([&] {
-    plan_faults(plan);
-    test.save_new();
-  }));
 }
 
 // What reaches the disk, and in which order: a power failure finds a whole file, too.
@@ -179,16 +168,15 @@ TEST_F(Faults, IsFlushedBeforeItTakesTheOldOnesPlace) {
 }
 
 TEST_F(Faults, AnySystemCallOfASaveMayFail) {
-  int injected = 0;
   for (const int error : {0, EIO, ENOSPC, EINTR, EACCES, EMFILE}) {
-    injected += count_met([&](int call) {
+    const int injected = count_met([&](int call) {
       const Outcome run = run_with_fault(*this, {.call = call, .error = error});
       expect_whole(run.saved);
       EXPECT_TRUE(run.saved || (run.met && error != 0)) << "nothing failed, but it is not saved";
       return run.met;
     });
+    std::printf("%d system calls went wrong with error %d\n", injected, error);
   }
-  std::printf("%d system calls went wrong\n", injected);
 }
 
 TEST_F(Faults, AnyAllocationMayFail) {
@@ -239,27 +227,6 @@ TEST_F(AfterKill, OrAfterADiskHasBroken) {
     expect_recovery();
     return run.met;
   });
-}
-
-// KAV_KILLS: how often; each time in the midst of saves that follow each other without a pause.
-TEST_F(AfterKill, AtRandomMoments) {
-  const char *wanted = std::getenv("KAV_KILLS");
-  const int kills = wanted == nullptr ? 60 : std::atoi(wanted);
-  std::mt19937 random(7);
-  for (const Way next : {renamed, grows_in_place}) {
-    prepare(next);
-    for (int i = 0; i < kills / 2 && !HasFailure(); ++i) {
-      lay_out();
-      const pid_t child = start_child([] {
-        for (int number = 510;; number = 1230 - number) save(number);
-      });
-      std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000));
-      kill(child, SIGKILL);
-      EXPECT_EQ(status_of(child), 128 + SIGKILL);
-      expect_recovery();
-    }
-  }
-  std::printf("killed %d times; %ld files were left beside the configuration\n", kills, left);
 }
 
 }  // namespace

@@ -110,10 +110,8 @@ ssize_t pwrite(int file, const void *data, size_t size, off_t at) {
 }
 
 int fsync(int file) { return faulty(SYS_fsync, file); }
-int fdatasync(int file) { return faulty(SYS_fdatasync, file); }
 int ftruncate(int file, off_t size) noexcept { return faulty(SYS_ftruncate, file, size); }
 int rename(const char *from, const char *to) noexcept { return faulty(SYS_renameat, AT_FDCWD, from, AT_FDCWD, to); }
-int link(const char *from, const char *to) noexcept { return faulty(SYS_linkat, AT_FDCWD, from, AT_FDCWD, to, 0); }
 int linkat(int from, const char *old, int to, const char *path, int flags) noexcept {
   return faulty(SYS_linkat, from, old, to, path, flags);
 }
