@@ -31,18 +31,6 @@ void read_model(const char *model) {
   if (UpsGetSectionDbFunctionEntry(model, section, sizeof section) == 1) read_families(section, UpsDbGetFunction);
 }
 
-void read_shared() {
-  char text[64] = "";
-  UpsVersionNrDb(text, sizeof text);
-  UpsDbGetSharedMainQCode(text, sizeof text);
-  int16_t oem = 0;
-  UpsOEMIdDb(oem);
-  UpsVersionInfo info;
-  expect(UpsVersionInfoDb(&info) == 1);
-  UpsVariableInfo variable;
-  UpsGetAtDbVarInfoFromVarName(variable, "Status");
-}
-
 void read_all_models() {
   const int16_t count = UpsGetCountDb();
   expect(count >= 0);
@@ -85,7 +73,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   expect(InitUpsTypeArray() == 1);
   expect(get_max_ups_list(UpsTypeArr) <= kMaxModels);
   expect(UpsOpenDb(upstypname) == 1);
-  read_shared();
+  UpsVersionInfo info;
+  expect(UpsVersionInfoDb(&info) == 1);
   read_all_models();
   reset_upsdb();
   expect(XCloseProfile() == 0);
