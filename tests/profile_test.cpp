@@ -24,7 +24,8 @@ TEST(ProfileLine, ClassifiesLines) {
       {"p=[x]", 0, 1, 1, 1},       {"[a;b]", 0, 1, 1, 0},   {"[]", 0, 1, 0, 0},         {"[abc", 0, 1, 0, 0},
       {"]x[a]", 0, 1, 0, 0},       {"  x.y=2", 0, 1, 0, 1}, {"a b=1", 0, 1, 0, 0},      {"=1", 0, 1, 0, 0},
       {"123=4", 0, 1, 0, 0},       {"a\t=1", 0, 1, 0, 1},   {"\xa4\xa2=1", 0, 1, 0, 0}, {"", 1, 0, 0, 0},
-      {"[[]", 0, 1, 1, 0},         {"[[[a", 0, 1, 1, 0},    {"[[[a]", 0, 1, 0, 0},      {"[\xc5\xc5]", 0, 1, 0, 0},
+      {"[[]", 0, 1, 1, 0},         {"[[[a", 0, 1, 1, 0},    {"[[[a]", 0, 1, 0, 0},      {"[a\xc5]", 0, 1, 0, 0},
+      {"[\xc5\xc5]", 0, 1, 0, 0},
   };
   for (const auto &[line, white, entry, topic, key] : rows) {
     EXPECT_EQ(is_white_space_line(line), white) << line;
@@ -163,6 +164,8 @@ TEST_F(Profile, OpensAndClosesAsPromised) {
   EXPECT_EQ(XAppendVersionErr(errors, 7, nullptr, "c") + XAppendVersionErr(errors, 8, nullptr, "c"), 1);
   EXPECT_STREQ(errors, "a::b,c");
   EXPECT_TRUE(CORBXCheckInterfaceVersion("1.1.0.0") == 1 && CORBXCheckInterfaceVersion("1.6.1.1") == 0);
+  EXPECT_EQ(XAppendVersionErr(nullptr, 8, "a", "b") + XAppendVersionErr(errors, 8, "a", nullptr), 0);
+  EXPECT_EQ(CORBXCheckInterfaceVersion(nullptr) + WriteInitialLine("p", nullptr, kWriteText), 0);
   EXPECT_EQ(XOpenProfile("missing", kReadText) + XOpenProfile(".", kReadText) + XOpenProfile(".", kWriteText), 0);
   for (const int mode : {-1, 0, 15}) EXPECT_EQ(XOpenProfile("p", mode), 0);
   ProfileText line;
@@ -178,6 +181,7 @@ TEST_F(Profile, OpensAndClosesAsPromised) {
   EXPECT_EQ(XGetPrivateProfileStringNoTrimEx(handle, kTmpTopic, "a", value, 0), 1);
   EXPECT_STREQ(value, " 1");
   EXPECT_EQ(XSetPrivateProfileStringNoTrimEx(handle, "T", "k", "w", ""), 1);
+  EXPECT_EQ(XSetPrivateProfileStringNoTrimEx(handle, "T", nullptr, "w", ""), 0);
   EXPECT_EQ(XGetPrivateProfileString("T", "k", value, 0), 0);  // of the one that is open beside it
   EXPECT_EQ(XDiscardProfile(), 1);
   EXPECT_EQ(XDiscardProfile(), 0);

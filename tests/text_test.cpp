@@ -1,4 +1,4 @@
-// Texts, tokens, numbers and messages.
+// Texts, tokens, numbers, and the files that hold texts.
 #include "util/text.h"
 
 #include <cmath>
@@ -8,11 +8,14 @@
 
 #include "tests/folder.h"
 #include "util/charset.h"
+#include "util/conversion.h"
 #include "util/files.h"
 #include "util/language.h"
 #include "util/messages.h"
 #include "util/numbers.h"
+#include "util/scramble.h"
 #include "util/tokens.h"
+#include "util/trace.h"
 
 namespace {
 
@@ -44,14 +47,17 @@ TEST(Text, CopiesStayInTheirPlace) {
   const auto bounded = [](char *dst, const char *src, int n) { cpynstr(dst, src, n); };
   EXPECT_EQ(copied(bounded, "abcdef", 4), "abc\0...."s);
   EXPECT_EQ(copied(bounded, "ab", 0), "........");
+  EXPECT_EQ(copied(bounded, "ab", 1), "\0......."s);
   EXPECT_EQ(copied(cpynchr, "ab cd", 8), "ab\0....."s);
   EXPECT_EQ(copied(cpychr, "ab", 4), "ab  ....");
   EXPECT_EQ(copied(cpyvar, "ab", 4), "ab\0\0\0..."s);
+  EXPECT_EQ(copied(cpyvar, "ab", 0), "\0......."s);
+  EXPECT_EQ(copied(UCTstrncat, "ab", 0), "\0......."s);
   EXPECT_EQ(copied(UCTstrncpy, "abcdef", 4), "abc\0...."s);
   EXPECT_EQ(copied(UCTstrncpy, "abcdef", 0), "\0......."s);
   char joined[8] = "abc";
   EXPECT_STREQ(UCTstrncat(joined, "defghijk", sizeof joined), "abcdefg");
-  EXPECT_STREQ(UCTstrncat(joined, "x", 4), "abc");
+  EXPECT_EQ(std::string(UCTstrncat(joined, "x", 4), sizeof joined), "abc\0efg\0"s);
 }
 
 // The results are the difference of the first two characters that differ.
@@ -59,6 +65,7 @@ TEST(Text, ComparesAndFinds) {
   EXPECT_TRUE(cmpstr("ab", "ab") == 0 && cmpstr("abd", "abc") == 1 && cmpstr("a", "\xE9") == 'a' + 0x17);
   EXPECT_TRUE(cmpnstr("abx", "aby", 2) == 0 && cmpnstr("abx", "aby", 3) == -1 && cmpnstr("a", "a\0b", 3) == 0);
   EXPECT_TRUE(xstricmp("ABC", "abd") == -1 && xstricmp("ab", "A") == 'b' && xstricmp("_", "Az") == '_' - 'a');
+  EXPECT_EQ(xstricmp("a", std::string_view("ab", 1)), 0);
   EXPECT_TRUE(stricmp("aZ", "Az") == 0 && stricmp("_", "z") == '_' - 'Z' && stricmp("x", "abc") == -2);
   EXPECT_TRUE(xstrnicmp("AZx", "azy", 2) == 0 && xstrnicmp("AZx", "azy", 3) == -1);
   EXPECT_TRUE(strnicmp("aB", "Abc", 3) == -'C' && strnicmp("ab", "x", 0) == 0);
@@ -69,16 +76,23 @@ TEST(Text, ComparesAndFinds) {
 }
 
 TEST(Text, ControlCharactersAreNotShown) {
-  const std::pair<std::string, std::string> cases[] = {
-      {"a\033[2J\x7F\n"s, "a?[2J??"},
-      {"\0"s, "?"},
-      {"\u009B2J \u00A0\u00E9\u3042\U0001F600", "??2J \u00A0\u00E9\u3042\U0001F600"},
-      {"\x9B\xE1", "?\xE1"},                                                               // Latin-1
-      {"\xA4\xA2\x8E\xB1\x8F\xB0\xA1\x8E\x8F\xB0", "\xA4\xA2\x8E\xB1\x8F\xB0\xA1??\xB0"},  // EUC-JP
-      {"\xA4\xA2\xE3\x81\x9B", "\xA4\xA2\xE3??"},                                          // and UTF-8 in it
-      {"\xE0\x82\x9B\xF0\x80\x82\x9B\xC1\x9B", "\xE0??\xF0???\xC1?"},  // U+009B, longer than it should be
+  const std::tuple<std::string, std::string, bool, bool> cases[] = {
+      // text  shown  UTF-8  EUC-JP
+      {"a\033[2J\x7F\n"s, "a?[2J??", true, true},
+      {"\0"s, "?", true, true},
+      {"\u009B2J \u00A0\u00E9\u3042\U0001F600", "??2J \u00A0\u00E9\u3042\U0001F600", true, false},
+      {"\u00E9", "\u00E9", true, true},
+      {"\xE3\x81", "\xE3?", false, false},
+      {"\x9B\xE1", "?\xE1", false, false},  // Latin-1
+      {"\xA4\xA2x\x8E\xB1\x8F\xB0\xA1", "\xA4\xA2x\x8E\xB1\x8F\xB0\xA1", false, true},
+      {"\xA4\xA2\x8E\x8F\xB0", "\xA4\xA2??\xB0", false, false},
+      {"\xA4\xA2\xE3\x81\x9B", "\xA4\xA2\xE3??", false, false},                      // and UTF-8 in it
+      {"\xE0\x82\x9B\xF0\x80\x82\x9B\xC1\x9B", "\xE0??\xF0???\xC1?", false, false},  // U+009B, longer than it should be
   };
-  for (const auto &[text, shown] : cases) EXPECT_EQ(printable(text), shown);
+  for (const auto &[text, shown, utf8, euc_jp] : cases) {
+    EXPECT_EQ(printable(text), shown);
+    EXPECT_TRUE(is_utf8(text) == utf8 && is_euc_jp(text) == euc_jp) << text;
+  }
 }
 
 TEST(Text, CaseTrimmingAndPadding) {
@@ -96,6 +110,7 @@ TEST(Text, CaseTrimmingAndPadding) {
   EXPECT_STREQ(strpad(s, 3, '-', kCentred), "-ab");
   EXPECT_STREQ(strpad(s, 2, '-', kRight), "-ab");
   EXPECT_STREQ(Xstr_format(s, "12345", "D.MM D", "DMMDX"), "4.23 D");
+  EXPECT_STREQ(Xstr_format(s, "12", "DD", "DD"), "12");
 }
 
 TEST(Numbers, AreClampedTo32Bits) {
@@ -119,6 +134,7 @@ TEST(Numbers, Digits) {
   char out[34];
   EXPECT_STREQ(qitoa(std::numeric_limits<int32_t>::min(), out, 10), "-2147483648");
   EXPECT_STREQ(qitoa(-1, out, 16), "ffffffff");
+  EXPECT_STREQ(qitoa(-36, out, 10), "-36");
   EXPECT_STREQ(xtoa(0x80000000U, out, 2, 1), "-10000000000000000000000000000000");
   EXPECT_STREQ(qultoa(71, out, 36), "1z");
   EXPECT_STREQ(qultoa(35, out, 37), "");
@@ -127,32 +143,53 @@ TEST(Numbers, Digits) {
   EXPECT_EQ(getDecASCII("1x34", 3), 103U);
 }
 
-TEST(Messages, TextIsCountedFromTheStartOfTheLine) {
+TEST(Passwords, AreBoundedAndComeBack) {
+  const std::string scrambled = encrypt(std::string(600, 'v').c_str());
+  EXPECT_EQ(encrypt(scrambled.c_str()), std::string(511, 'v'));
+}
+
+struct TextFiles : testing::Test {
   const WorkingFolder folder;
+};
+
+TEST_F(TextFiles, AreConvertedUpToTheFirstLineThatIsInvalid) {
+  put_file("euc-jp", "a\n\xA4\xA2\n\xFF\nb\n");
+  saveEUC2UTF("euc-jp", "utf-8");
+  EXPECT_EQ(get_file("utf-8"), "a\n\u3042\n");
+  saveUTF2EUC("utf-8", "again");
+  EXPECT_EQ(get_file("again"), "a\n\xA4\xA2\n");
+  saveUTF2EUC("none", "again");
+  EXPECT_EQ(get_file("again"), "a\n\xA4\xA2\n");
+}
+
+TEST_F(TextFiles, TraceIsWrittenWhileItIsAskedFor) {
+  for (const int32_t level : {0, 1, 10}) {
+    debugLevel = level;
+    myfprintf("%d%s\n", level, std::string(level == 10 ? 3000 : 0, 'x').c_str());
+  }
+  debugLevel = 0;
+  EXPECT_EQ(get_file("setup.dbg"), "1\n10" + std::string(2045, 'x'));
+}
+
+TEST_F(TextFiles, MessagesAreCountedFromTheStartOfTheLine) {
   const std::filesystem::path place = folder.path / "work";
   std::filesystem::create_directory(place);
   std::filesystem::current_path(place);
-  // The name behind a backslash makes it a file of the folder above.
+  char whole[32];
+  EXPECT_EQ(UCTGetMessageDatString(7, whole, sizeof whole), 0) << "without a file";
+  EXPECT_STREQ(whole, "can't read message 7");
+  EXPECT_EQ(getLocalPath(whole, 5), 1);
+  EXPECT_EQ(whole, place.string().substr(0, 4));
+  // The name after a backslash makes it a file of the folder above.
   ASSERT_EQ(replace_file("../work\\Messages.dat", "m12=Hello\nxm5=abc\nm5=later\n\nm601=no line end"), 1);
-  const struct {
-    int number, result;
-    const char *text;
-  } cases[] = {
+  const std::tuple<int, int, const char *> cases[] = {
       {12, 1, "Hello"}, {5, 1, "=abc"}, {601, 1, "no line e"}, {1, 0, "can't rea"}, {-1, 0, "can't rea"},
   };
-  for (const auto &c : cases) {
+  for (const auto &[number, result, text] : cases) {
     char buffer[10] = "xxxxxxxxx";
-    EXPECT_EQ(UCTGetMessageDatString(c.number, buffer, sizeof buffer), c.result);
-    EXPECT_STREQ(buffer, c.text);
+    EXPECT_EQ(UCTGetMessageDatString(number, buffer, sizeof buffer), result);
+    EXPECT_STREQ(buffer, text);
   }
-}
-
-TEST(Messages, WithoutAFile) {
-  char buffer[32];
-  EXPECT_EQ(UCTGetMessageDatString(7, buffer, sizeof buffer), 0);
-  EXPECT_STREQ(buffer, "can't read message 7");
-  EXPECT_EQ(getLocalPath(buffer, 5), 1);
-  EXPECT_EQ(std::string(buffer), std::filesystem::current_path().string().substr(0, 4));
 }
 
 }  // namespace

@@ -67,18 +67,19 @@ TEST(Position, HexadecimalNumbersWrapAfterEightDigits) {
 std::string line_of(const UpsData &r) {
   const char parity = r.parity != 0 ? r.parity : '-';
   return joined(r.name, r.baud_rate, parity, r.data_bits, r.stop_bits, r.code, r.number, r.power, r.load,
-                r.hold_minutes, r.recharge_hours, r.further[0], r.further[1], r.further[2], r.further[3]);
+                r.hold_minutes, r.recharge_hours, r.further[0], r.further[1], r.further[2], r.further[3],
+                r.reserved_word);
 }
 
 TEST(Model, EveryMemberFromItsFieldAndThePowerTwice) {
   const std::tuple<const char *, int, const char *> cases[] = {
-      {kModel, 1, "Model A|2400|n|8|1|-32676|99|1400.5|1400.5|7.9|12|1|0.1|-3|1000"},
-      {"Thirteen|1|n|8|1|0x1|2|3|4|5|6|7|8", 0, "|0|-|0|0|0|0|0|0|0|0|0|0|0|0"},
-      {"No ninth|1|n|8|1|0x1|2|3|4||6|7|8|9", 0, "No ninth|1|n|8|1|1|2|3|3|4|0|6|7|8|9"},
+      {kModel, 1, "Model A|2400|n|8|1|-32676|99|1400.5|1400.5|7.9|12|1|0.1|-3|1000|0"},
+      {"Thirteen|1|n|8|1|0x1|2|3|4|5|6|7|8", 0, "|0|-|0|0|0|0|0|0|0|0|0|0|0|0|0"},
+      {"No ninth|1|n|8|1|0x1|2|3|4||6|7|8|9", 0, "No ninth|1|n|8|1|1|2|3|3|4|0|6|7|8|9|0"},
       // a code without 0x
       {"An overlong name that is cut after its 31st byte|x|n|8|1|12|2|3|4|5|6|7|8|9", 0,
-       "An overlong name that is cut af|0|n|8|1|0|2|3|3|4|5|6|7|8|9"},
-      {"\"\"|1|\"\"|8|1|0xFFFF|2|3|4|5|6|7|8|9", 1, "|1|-|8|1|-1|2|3|3|4|5|6|7|8|9"},
+       "An overlong name that is cut af|0|n|8|1|0|2|3|3|4|5|6|7|8|9|0"},
+      {"\"\"|1|\"\"|8|1|0xFFFF|2|3|4|5|6|7|8|9", 1, "|1|-|8|1|-1|2|3|3|4|5|6|7|8|9|0"},
   };
   std::string text = "[UPS]\n";
   for (const auto &[line, result, filled] : cases) text += std::string(line) + "\n";
@@ -129,6 +130,9 @@ TEST(Database, IsOpenedOnceAndItsLastModelOutlivesIt) {
   EXPECT_EQ(findEntryInDb("MODEL A"), 0) << "not read again";
   EXPECT_EQ(findEntryInDb("Model B"), 0);
   EXPECT_EQ(findEntryInDb("Model A"), 1);
+  EXPECT_EQ(countDBEntries(nullptr), 0);
+  reset_upsdb();
+  EXPECT_EQ(findEntryInDb("Model A"), -1) << "not forgotten";
 }
 
 TEST(Version, TextThatFillsItsBufferHasNoTerminatorAndOemZeroIsOne) {
@@ -139,7 +143,7 @@ TEST(Version, TextThatFillsItsBufferHasNoTerminatorAndOemZeroIsOne) {
   EXPECT_TRUE(info.oem == 131073 && info.version.number[0] == 2 && info.version.number[3] == 7);
   UpsVersion parsed;
   char text[12] = "";
-  EXPECT_EQ(UpsParseVersionInfoStr(&parsed, " 7.-3x.9") + UpsBuildVersionInfoStr(text, sizeof text, &parsed), 2);
+  EXPECT_EQ(UpsParseVersionInfoStr(&parsed, " 7.-3a.9") + UpsBuildVersionInfoStr(text, sizeof text, &parsed), 2);
   EXPECT_STREQ(text, "7.-3.0.0");
   EXPECT_EQ(UpsIsCompatibleVersionInfo(&parsed, &info.version) + UpsIsCompatibleVersionInfo(&parsed, nullptr), 0);
   EXPECT_EQ(UpsIsCompatibleVersionInfo(&info.version, &info.version), 1);
