@@ -88,7 +88,13 @@ struct Profile : testing::Test {
   }
 };
 
-TEST_F(Profile, SetsByteForByte) {
+std::string coded(std::initializer_list<std::string_view> lines) {
+  std::string bytes;
+  for (const std::string_view line : lines) append_coded(bytes, line);
+  return bytes;
+}
+
+TEST_F(Profile, SetsByteForByteAndACodedFileGainsAnEmptyLine) {
   const std::tuple<int, std::string, const char *, const char *, std::string, int, std::string> rows[] = {
       // a key that is there: the caller's spelling, the line's place
       {kWriteText, "; note\nport=0\n\n[log]\nx = 1\n", kTmpTopic, "Port", "1", 1, "; note\nPort=1\n\n[log]\nx = 1\n"},
@@ -112,6 +118,10 @@ TEST_F(Profile, SetsByteForByte) {
       {kWriteText, "[T]\nb=2\n[U]\nc=3\n", "T", "", "", 1, "[U]\nc=3\n"},  // with the first line of the file
       // lines without a key of their own are set by their number
       {kWriteText, "one\n[T]\none\nk=1\ntwo\n", "T", "@$tmp_key$@00001", "2", 1, "one\n[T]\none\nk=1\n2\n"},
+      // coded files: an empty line more with every writing
+      {kWriteCoded, coded({"[T]", "a=1"}), "T", "a", "2", 1, coded({"[T]", "a=2\n", ""})},
+      {kWriteCoded, coded({"[T]", "a=1", ""}), "T", "b", "3", 1, coded({"[T]", "a=1", "b=3\n", "", ""})},
+      {kWriteCoded, "", "T", "a", "1", 1, coded({"; Corbix profile", "", "\n", "[T]\n", "a=1\n"})},
       // what changes nothing
       {kWriteText, "[T]\na=1\n", "T", "b", "", 0, "[T]\na=1\n"},
       {kWriteText, "[T]\na=1\n", "T", "", "1", 0, "[T]\na=1\n"},
@@ -141,6 +151,7 @@ TEST_F(Profile, FindsTopicsAndKeysAndABracketInAValueHidesTheRest) {
       {kReadMerge, "[T]\nk = v # note\n", "T", "k", "v"},
       {kReadKeys, "[T]\na b =1\n", "T", "a b", "1"},
       {kReadKeyless, "[T]\na=1\n; c\nhello\n", "T", "@$tmp_key$@00001", "hello"},
+      {kReadCoded, coded({"[T]", "a=1"}), "T", "a", "1"},
       {kReadKeys, "[T]\nno value\n", "T", "no value", ""},
       {kReadText, "[T]\nk=a\0b\nl=2\n"s, "T", "k", "a"},
       {kReadText, "a=1\np=[x\nb=2\n", kTmpTopic, "a", "1"},  // kept: "[" in a value hides the rest of its topic
@@ -212,40 +223,24 @@ TEST_F(Profile, OneOperationNeedsNoOpenProfile) {
 }
 
 TEST_F(Profile, WalksThroughItsLinesAsTheFileHasThem) {
-  const std::string piece(kTextPiece, 'x');
-  put_file("p", "#" + piece + "\n; c\nk=\0v\n\nkeyless\n[T]\nb=2"s);
-  const std::tuple<int, bool, bool, bool, std::string> lines[] = {
-      // number  continues  NUL  generated  text
-      {1, true, false, false, "#" + piece.substr(1)},
-      {1, true, false, true, std::string("[") + kTmpTopic + "]\n"},  // what is left of a long line is an entry
-      {1, false, false, false, "x\n"},
-      {2, false, false, false, "; c\n"},
-      {3, false, true, false, "k="},
-      {4, false, false, false, "\n"},
-      {5, false, false, false, "keyless\n"},
-      {6, false, false, false, "[T]\n"},
-      {7, false, false, false, "b=2"},
-  };
-  ProfileHandle handle = XOpenProfileEx("p", kReadText);
-  ProfileText line;
-  for (const auto &[number, continues, has_nul, is_generated, text] : lines) {
-    ASSERT_TRUE(XNextLineEx(handle, line));
-    EXPECT_EQ(std::tuple(line.number, line.continues, line.has_nul, line.is_generated),
-              std::tuple(number, continues, has_nul, is_generated))
-        << text;
-    EXPECT_EQ(line.text, text);
+  const std::string rest(kTextPiece - 1, 'x');
+  put_file("p", "#" + rest + "x\n; c\nk=\0v\n\nkeyless\n[T]\nb=2"s);
+  ASSERT_EQ(XOpenProfile("p", kReadText), 1);
+  std::string walk, keys;
+  for (ProfileText line; XNextLine(line);) {
+    walk += std::to_string(line.number) + (line.continues ? ", goes on" : "") + (line.has_nul ? ", with NUL" : "") +
+            (line.is_generated ? ", generated" : "") + ": " + std::string(line.text) + "|";
   }
-  EXPECT_FALSE(XNextLineEx(handle, line));
-  XCloseProfileEx(&handle);
+  EXPECT_EQ(walk, "1, goes on: #" + rest +  // what is left of a long line is an entry
+                      "|1, goes on, generated: [@$tmp_topic$@]\n|1: x\n|2: ; c\n|3, with NUL: k=|4: \n|5: keyless\n|"
+                      "6: [T]\n|7: b=2|");
+  for (const char *topic : {kTmpTopic, "T", "U"}) {
+    for (ProfileEntry entry; XNextEntry(topic, entry);) keys += std::string(entry.key) + " ";
+  }
+  EXPECT_EQ(keys, "@$tmp_key$@00000 k @$tmp_key$@00001 b ");
 }
 
 // --- coded files
-
-std::string coded(std::initializer_list<std::string_view> lines) {
-  std::string bytes;
-  for (const std::string_view line : lines) append_coded(bytes, line);
-  return bytes;
-}
 
 TEST_F(Profile, CodedLinesAreTheirBytesUnderTheKeyAndAnEmptyOneEndsThem) {
   EXPECT_EQ(coded({"a=1"}), "\x5d\xac\x6f\x0a\xa8"s);
@@ -256,18 +251,6 @@ TEST_F(Profile, CodedLinesAreTheirBytesUnderTheKeyAndAnEmptyOneEndsThem) {
   char line[kCodedPiece + 1];
   for (const char *text : {"", "12345678", ""}) EXPECT_STREQ(freadln(stream.get(), line, kCodedPiece), text);
   EXPECT_EQ(freadln(stream.get(), line, kCodedPiece), nullptr);
-}
-
-TEST_F(Profile, CodedFileGainsAnEmptyLineWithEveryWriting) {
-  put_file("p", coded({"[T]", "a=1"}));
-  EXPECT_EQ(get(kReadCoded, "T", "a"), "1");
-  EXPECT_EQ(set(kWriteCoded, "T", "a", "2"), 1);
-  EXPECT_EQ(get_file("p"), coded({"[T]", "a=2\n", ""}));
-  EXPECT_EQ(set(kWriteCoded, "T", "b", "3"), 1);
-  EXPECT_EQ(get_file("p"), coded({"[T]", "a=2\n", "b=3\n", "", ""}));
-  std::filesystem::remove("p");
-  EXPECT_EQ(set(kWriteCoded, "T", "a", "1"), 1);
-  EXPECT_EQ(get(kReadCoded, "T", "a"), "1");
 }
 
 TEST_F(Profile, CodedLineOf1023BytesLosesItsEnd) {
