@@ -93,7 +93,8 @@ TEST(Mime, FilesThereAndBack) {
   ASSERT_EQ(std::system("sed '1,/^\\r$/d' text | tr -d '\\r' | base64 -d | cmp - data"), 0);
   EXPECT_EQ(FileBase64Codec(0, "data", "out"), 0);  // no header
   for (const char *input : {"none", "."}) EXPECT_EQ(FileBase64Codec(1, input, "out"), 0);
-  EXPECT_EQ(FileBase64Codec(1, "data", "/dev/full"), 0);
+  for (const char *output : {"/dev/full", "none/out"}) EXPECT_EQ(FileBase64Codec(1, "data", output), 0);
+  EXPECT_EQ(mimeCodeWriteHeader(nullptr, "base64", "data"), 0);
   EXPECT_FALSE(std::filesystem::exists("out"));
 }
 

@@ -40,6 +40,7 @@ TEST(Check, NamesTheFault) {
       {"ZELK K-TSN030-200 ", "ZELK K-TSN030-200 for many more", "UPS", "0 name", "is longer than 30 characters", 1},
       {"|0x805C|0|3000|10", "|0x805C|0|3000|", "UPS", "8 hold minutes", "missing", 1},
       {"|0x805C|0|3000|10", "|0xG05C|0|3000|10", "UPS", "5 code", "'0xG05C' is not a number from 0x0000 to 0xFFFF", 1},
+      {"|0x805C|0|3000|10", "|0x805C|0|30o0|10", "UPS", "7 power", "'30o0' is not a number", 1},
       {"33|\"%B\"", "33|", "INFO_ZELK", "1 request", "missing", 1},
       {"[VARIABLEN]", "[VARIABLES]", "VARIABLES", "section", "nothing leads here", 2},
       {"VITAL_ZELK|", "NONE|", "UPS", "15 vital section", "section 'NONE' of 'ZELK K-TSN030-200' is missing", 2},

@@ -177,7 +177,10 @@ TEST_F(Profile, OpensAndClosesAsPromised) {
   EXPECT_TRUE(CORBXCheckInterfaceVersion("1.1.0.0") == 1 && CORBXCheckInterfaceVersion("1.6.1.1") == 0);
   EXPECT_EQ(XAppendVersionErr(nullptr, 8, "a", "b") + XAppendVersionErr(errors, 8, "a", nullptr), 0);
   EXPECT_EQ(CORBXCheckInterfaceVersion(nullptr) + WriteInitialLine("p", nullptr, kWriteText), 0);
-  EXPECT_EQ(XOpenProfile("missing", kReadText) + XOpenProfile(".", kReadText) + XOpenProfile(".", kWriteText), 0);
+  for (const char *name : {"missing", ".", "none/p", static_cast<const char *>(nullptr)}) {
+    EXPECT_EQ(XOpenProfile(name, kReadText), 0);
+    EXPECT_TRUE(name == "missing"s || XOpenProfile(name, kWriteText) == 0);
+  }
   for (const int mode : {-1, 0, 15}) EXPECT_EQ(XOpenProfile("p", mode), 0);
   ProfileText line;
   ProfileEntry entry;
@@ -196,8 +199,13 @@ TEST_F(Profile, OpensAndClosesAsPromised) {
   EXPECT_EQ(XGetPrivateProfileString("T", "k", value, 0), 0);  // of the one that is open beside it
   EXPECT_EQ(XDiscardProfile(), 1);
   EXPECT_EQ(XDiscardProfile(), 0);
+  EXPECT_EQ(XSetPrivateProfileStringNoTrimEx(handle, kTmpTopic, "a", "[", ""), 1);
+  EXPECT_EQ(XGetPrivateProfileStringEx(handle, kTmpTopic, "a", value, 0), 0);  // a "[" hides its entry at once
   EXPECT_EQ(XDiscardProfileEx(&handle), 1);
   EXPECT_EQ(get_file("p"), "a= 1\n");
+  EXPECT_EQ(XCreateProfile("new", "text"), 1);
+  EXPECT_EQ(XCloseProfile(), 1);
+  EXPECT_EQ(get_file("new"), "text");
   handle = XOpenProfileEx("p", kWriteText);
   EXPECT_EQ(XSetPrivateProfileStringNoTrimEx(handle, "T", "k", "w", ""), 1);
   std::filesystem::remove_all(folder.path);

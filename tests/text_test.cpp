@@ -35,7 +35,7 @@ TEST(Tokens, PiecesAndTheirNumber) {
     EXPECT_STREQ(token(out, sizeof out, text, sep, n), run_piece) << text << n;
     EXPECT_TRUE(cnumtoken(text, sep) == pieces && numtoken(text, sep) == run_pieces) << text;
   }
-  EXPECT_EQ(wp_numtoken(" one\ttwo\x1A\n three "), 3);
+  EXPECT_EQ(wp_numtoken("one\ttwo\x1A\n three "), 3);
 }
 
 TEST(Text, CopiesStayInTheirPlace) {
@@ -111,6 +111,7 @@ TEST(Text, CaseTrimmingAndPadding) {
   EXPECT_STREQ(strpad(s, 2, '-', kRight), "-ab");
   EXPECT_STREQ(Xstr_format(s, "12345", "D.MM D", "DMMDX"), "4.23 D");
   EXPECT_STREQ(Xstr_format(s, "12", "DD", "DD"), "12");
+  EXPECT_STREQ(Xstr_format(s, "123", "D.MM D", "D"), "1.MM D");
 }
 
 TEST(Numbers, AreClampedTo32Bits) {

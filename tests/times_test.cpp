@@ -34,6 +34,12 @@ TEST_F(Times, TextsThereAndBack) {
   EXPECT_EQ(XBuildDateTimeStr(INT64_MAX, date, clock, 0), 0);
 }
 
+TEST(Waiting, TakesProcessorTime) {
+  const clock_t begin = std::clock();
+  sleep10Sec(1);
+  EXPECT_GE(std::clock() - begin, CLOCKS_PER_SEC / 10);
+}
+
 TEST(LogTimes, AugustHas30DaysAndSeptember31) {
   for (const char *text : {"29/02/2023,10:00:00", "31/09/2024,00:00:00", "01/01/2024,23:59:59"}) {
     EXPECT_EQ(UCTvalidate_logtime(text), 1) << text;

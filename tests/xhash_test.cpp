@@ -19,15 +19,18 @@ struct IntList : testing::Test {
   ~IntList() override { XMLExit(&list); }
 };
 
-// The elements from head to tail, after a look that there are as many backwards.
+// The elements from head to tail, after a look that they are the same backwards.
 std::vector<int> elements(const XMEMLIST &list) {
   std::vector<int> found(static_cast<size_t>(XMLGetCount(&list)));
   XMLPosition at = XMLGetHeadPosition(&list);
   for (int &value : found) at = XMLGetNext(&list, at, &value);
   EXPECT_EQ(at, nullptr);
-  int ignored = 0;
+  int value = 0;
   at = XMLGetTailPosition(&list);
-  for (size_t n = found.size(); n > 0; --n) at = XMLGetPrev(&list, at, &ignored);
+  for (size_t n = found.size(); n > 0; --n) {
+    at = XMLGetPrev(&list, at, &value);
+    EXPECT_EQ(value, found[n - 1]);
+  }
   EXPECT_EQ(at, nullptr);
   return found;
 }
@@ -35,7 +38,7 @@ std::vector<int> elements(const XMEMLIST &list) {
 TEST_F(IntList, InsertsFindsAndRemovesAtEveryPlace) {
   const int values[] = {7, 1, 2, 3, 4};
   const XMLPosition middle = XMLInsertBefore(&list, nullptr, &values[2]);
-  const XMLPosition first = XMLInsertBefore(&list, middle, &values[1]);
+  const XMLPosition first = XMLInsertBefore(&list, nullptr, &values[1]);
   XMLInsertAfter(&list, middle, &values[3]);
   const XMLPosition last = XMLInsertAfter(&list, nullptr, &values[4]);
   EXPECT_EQ(elements(list), (std::vector{1, 2, 3, 4}));
@@ -110,6 +113,9 @@ void compare_with_map(int mode) {
   hash_empty(table);
   void *found = nullptr;
   for (const auto &entry : map) EXPECT_EQ(HashGet(table, entry.first.c_str(), &found), 0);
+  EXPECT_EQ(HashInsert(table, "", data[0].data()), 1);
+  hash_empty(table);
+  EXPECT_EQ(HashGet(table, "", &found), 0);
   EXPECT_EQ(HashInsert(table, "left", data[0].data()), 1);
   HashDestroy(table);
 }
