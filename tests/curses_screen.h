@@ -3,15 +3,14 @@
 
 #include <ncurses.h>
 
+#include <algorithm>
 #include <cstdio>
-#include <initializer_list>
-#include <iterator>
 #include <string>
 
 struct CursesScreen {
   FILE *device = std::fopen("/dev/null", "r+");
   SCREEN *screen;
-  CursesScreen() : screen(newterm("xterm-256color", device, device)) {
+  explicit CursesScreen(const char *type = "xterm-256color") : screen(newterm(type, device, device)) {
     start_color();
     cbreak();
     noecho();
@@ -25,9 +24,9 @@ struct CursesScreen {
   }
 };
 
-// Keys that are read next, in this order.
-inline void type_ahead(std::initializer_list<int> keys) {
-  for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) ungetch(*key);
+// Keys, or bytes, that are read next, in this order.
+inline void type_ahead(const std::u16string &keys) {
+  for (auto key = keys.rbegin(); key != keys.rend(); ++key) ungetch(*key);
 }
 
 // The bytes of a row of a window.
@@ -35,4 +34,14 @@ inline std::string row_of(WINDOW *win, int row, int col = 0, int width = 80) {
   char text[512] = "";
   mvwinnstr(win, row, col, text, width);
   return text;
+}
+
+// Rows of a window, all of them by default, with "|" after each and without blanks at their ends.
+inline std::string rows_of(WINDOW *win, int first = 0, int count = 24) {
+  std::string rows;
+  for (int row = first; row < std::min(first + count, getmaxy(win)); ++row) {
+    const std::string text = row_of(win, row);
+    rows += text.substr(0, text.find_last_not_of(' ') + 1) + "|";
+  }
+  return rows;
 }

@@ -22,11 +22,6 @@ std::string text_of(const void *member, int type, int length) {
   return buf;
 }
 
-// Keys that are read next.
-void type_keys(std::u16string_view keys) {
-  for (auto key = keys.rbegin(); key != keys.rend(); ++key) ungetch(*key);
-}
-
 // --- the record
 
 TEST(Record, MembersFollowTheTable) {
@@ -133,8 +128,8 @@ TEST(Edit, TypedTextsReachTheRecord) {
     Charset charset;
     uint8_t type, length;
     const char *text;
-    std::u16string_view keys;  // in their numbers: 0x103 is Up, 0x102 Down, 0x104 Left, 0x105 Right
-    int key;                   // that ended it
+    std::u16string keys;  // in their numbers: 0x103 is Up, 0x102 Down, 0x104 Left, 0x105 Right
+    int key;              // that ended it
     const char *stored;
   } cases[] = {
       {bytes, 0, 4, "wxyz", u"a\u0105\u0105bc\n", 13, "axyb"},  // overwrites; behind the last cell nothing is taken
@@ -170,7 +165,7 @@ TEST(Edit, TypedTextsReachTheRecord) {
     std::setlocale(LC_ALL, wide ? "C.UTF-8" : "C");
     language = c.charset == euc_jp || c.charset == raw_euc_jp;
     show_rec(screen.win.get(), rec, tab, attr_dkl);
-    type_keys(c.keys);
+    type_ahead(c.keys);
     EXPECT_EQ(edit_field(screen.win.get(), rec, tab, 0), c.key) << c.stored;
     EXPECT_EQ(text_of(rec, c.type, sizeof rec), c.stored);
   }

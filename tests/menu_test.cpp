@@ -4,7 +4,6 @@
 
 #include <clocale>
 #include <cstring>
-#include <initializer_list>
 #include <string>
 #include <tuple>
 
@@ -84,7 +83,7 @@ TEST(Scrolling, Keys) {
 
 // --- menus
 
-int menu_of(const char *items, std::initializer_list<int> keys) {
+int menu_of(const char *items, const std::u16string &keys) {
   type_ahead(keys);
   return DoMenu(stdscr, 5, 5, 30, kAttrNormal, kAttrHighlight, "Title", items, "|", 1);
 }

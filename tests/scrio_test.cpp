@@ -11,6 +11,7 @@
 
 #include "screen/draw.h"
 #include "screen/keys.h"
+#include "screen/menu.h"
 #include "screen/terminal.h"
 #include "tests/curses_screen.h"
 #include "util/charset.h"
@@ -75,42 +76,57 @@ TEST(Drawing, NothingOutsideTheWindowAndNothingWraps) {
     wputcharv(win.get(), 'x', kAttrNormal, row, col);
   }
   wfdisp_printf(win.get(), 2, 0, kAttrNormal, "%s\n%d", "\033", 7);
-  EXPECT_EQ(row_of(win.get(), 0), "    1234");
-  EXPECT_EQ(row_of(win.get(), 1), " 123    ");
-  EXPECT_EQ(row_of(win.get(), 2), "??7     ");
+  EXPECT_EQ(rows_of(win.get()), "    1234| 123|??7|");
+  const Window corner = open_window(0, 0, 30, 90);  // it fits on the screen, too
+  EXPECT_EQ(getmaxy(corner.get()) + getbegy(corner.get()), kScreenRows);
+  EXPECT_EQ(getmaxx(corner.get()) + getbegx(corner.get()), kScreenColumns);
+  EXPECT_EQ(getmaxx(corner.get()), 1);
 }
 
 TEST(Drawing, OfTheWholeScreenAndOfAWindow) {
   const CursesScreen screen;
-  const Window win = open_window(5, 9, 0, 0);
-  fdraw_box(0, 0, 4, 8, kAttrNormal, 1, kAttrNormal, '.');
-  wfdraw_box(win.get(), 0, 0, 5, 9, kAttrNormal, 1, kAttrNormal, '.');
-  EXPECT_EQ(row_of(stdscr, 1, 1, 7) + row_of(win.get(), 3, 1, 7), "..............");
+  const Window win = open_window(6, 9, 0, 0);
+  fdraw_box(0, 0, 5, 8, kAttrNormal, kSingleLine, kAttrNormal, '.');
   printv("ab", kAttrNormal, 2, 2);
   fdisp_printf(2, 4, kAttrNormal, "%d", 5);
-  EXPECT_EQ(row_of(stdscr, 2, 1, 5), ".ab5.");
+  EXPECT_EQ(rows_of(stdscr, 0, 6), "lqqqqqqqk|x.......x|x.ab5...x|x.......x|x.......x|mqqqqqqqj|");
+  wfdraw_box(win.get(), 0, 0, 6, 9, kAttrNormal, kSingleLine, kAttrNormal, '.');
+  wfdraw_separator(win.get(), 2, kAttrNormal);
+  wfdraw_line(win.get(), 3, 1, 2, 3, '-', kAttrNormal);
   wc_set_pos(win.get(), 1, 1);
   wputch_char(win.get(), 'x', kAttrNormal);
-  wfdraw_line(win.get(), 2, 1, 0, 3, '-', kAttrNormal);
-  EXPECT_EQ(row_of(win.get(), 1, 1, 2), "x.");
+  EXPECT_EQ(rows_of(win.get()), "lqqqqqqqk|xx......x|tqqqqqqqu|x---....x|x-......x|mqqqqqqqj|");
+  std::setlocale(LC_ALL, "C.UTF-8");
+  DrawMenuFrame(win.get(), kAttrNormal, "a|bc", kDoubleLine);
+  EXPECT_EQ(rows_of(win.get()), "lqqqqqqqk|x   a   x|x=======x|?       x|x       x|mqqqqqqqj|");
+  std::setlocale(LC_ALL, "C");
   wcls(win.get());
-  EXPECT_EQ(row_of(win.get(), 1, 1, 2), "  ");
+  EXPECT_EQ(rows_of(win.get()), "||||||");
 }
 
 TEST(Drawing, ClearingLeavesColumn79) {
   const CursesScreen screen;
   ffill_area(0, 0, 23, 79, 'x', kAttrNormal);
   cls();
-  EXPECT_EQ(row_of(stdscr, 0), std::string(79, ' ') + "x");
-  EXPECT_EQ(row_of(stdscr, 23), std::string(79, ' ') + "x");
+  for (const int row : {0, 23}) EXPECT_EQ(row_of(stdscr, row), std::string(79, ' ') + "x");
 }
 
 TEST(Drawing, LengthOfAScreenLineIsItsEndCoordinate) {
   const CursesScreen screen;
   fdraw_line(1, 20, 1, 10, '-', 0);
   fdraw_line(5, 2, 3, 2, '!', 0);
-  EXPECT_EQ(row_of(stdscr, 1, 9, 22), " " + std::string(20, '-') + " ");
-  for (int row = 2; row < 9; ++row) EXPECT_EQ(row_of(stdscr, row, 2, 1), row >= 3 && row < 8 ? "!" : " ") << row;
+  EXPECT_EQ(rows_of(stdscr, 0, 10), "|          " + std::string(20, '-') + "||  !|  !|  !|  !|  !|||");
+}
+
+TEST(Cursor, MovesAndAttributesReverse) {
+  const CursesScreen screen;
+  c_set_pos(2, 3);
+  for (void (*const move)() : {c_up, c_left, c_down, c_down, c_right, c_right}) move();
+  int row = 0, column = 0;
+  c_get_pos(&row, &column);
+  EXPECT_EQ(std::pair(row, column), std::pair(3, 4));
+  EXPECT_EQ(colour_word(kAttrBackground), 0x1400);
+  EXPECT_EQ(colour_word(kAttrHighlight), kAttrHighlight);
 }
 
 // --- keys and lines
@@ -125,6 +141,61 @@ TEST(Keys, AsTheyAreHandedOut) {
   EXPECT_EQ(inkeysys(&scan), 3);
   EXPECT_TRUE(scan == 1 && kbhit() == 1 && inkeye(0) == 'k' && inkeyx() == 'x');
   EXPECT_EQ(row_of(stdscr, 0, 0, 1), "k");
+  type_ahead({'a', 'b'});
+  drop_typed_keys();
+  type_ahead({'c'});
+  EXPECT_EQ(inkey(), 'c');
+}
+
+TEST(Keys, OfEveryKeyboardAreKnownAndNothingElseIsAKey) {
+  const struct {
+    int key;
+    std::vector<std::string> sequences;  // after Escape
+  } rows[] = {
+      // clang-format off
+    // key                normal and application mode, modifiers, older terminals, Alt, keypad
+      {kKeyUp,           {"[A", "OA", "[1;3A", "[a", "Oa"}},
+      {kKeyDown,         {"[B", "OB", "O5B", "\033[B", "[1;5B", "Or"}},
+      {kKeyRight,        {"[C", "OC", "[1;2C", "Oc"}},
+      {kKeyLeft,         {"[D", "OD", "[1;5D", "[5D", "\033OD"}},
+      {kKeyHome,         {"[H", "OH", "[1;5H", "[1~", "[7~", "[7$"}},
+      {kKeyEnd,          {"[F", "OF", "[1;5F", "[4~", "[8~", "[8^"}},
+      {kKeyPreviousPage, {"[5~", "Oy"}},
+      {kKeyNextPage,     {"[6~", "[6;2~", "Os"}},
+      {kKeyInsert,       {"[2~"}},
+      {kKeyDelete,       {"[3~", "[3;5~", "[3@", "On"}},
+      {kKeyBackTab,      {"[Z"}},
+      {kKeyEnter,        {"OM"}},
+      {kKeyF0 + 1,       {"[11~", "OP"}},
+      {kKeyF10,          {"[21~", "[21;5~"}},
+      {kNoKey,           {"x", "\r", ";", "\177", "\303\244"}},                                          // Alt
+      {kNoKey,           {"[24;80R", "[?62;1;4c", "[>41;354;0c", "[?2004;1$y", "[0n", "[I"}},        // answers, focus
+      {kNoKey,           {"]11;rgb:0/0/0\033\\", "]52;c;QUJD\a", "P>|XTerm(380)\033\\", "_x\a"}},  // and long ones
+      {kNoKey,           {"[M 12", "[<0;12;7M", "[<0;12;7m", "[32;12;7M", "[27;5;9~", "[99~", "[[Z"}},  // mouse
+      // clang-format on
+  };
+  std::setlocale(LC_ALL, "C.UTF-8");
+  for (const std::string type : {"xterm", "xterm-256color", "linux", "screen-256color", "tmux-256color", "rxvt",
+                                 "vt100", "vt102", "vt220", "ansi"}) {
+    const CursesScreen screen(type.c_str());
+    initscrio();
+    const auto read = [](const std::string &sequence) {
+      std::u16string keys = u"\033";
+      for (const unsigned char byte : sequence) keys += byte;
+      type_ahead(keys + u'.');
+      return inkey();
+    };
+    for (const auto &[key, sequences] : rows) {
+      for (const std::string &sequence : sequences) {
+        EXPECT_EQ(read(sequence), key == kNoKey ? '.' : key) << type << " " << sequence;
+        EXPECT_EQ(key == kNoKey ? '.' : inkey(), '.') << type << " " << sequence;
+      }
+    }
+    const bool has_four = type == "vt100" || type == "vt102";  // keys above the keypad
+    EXPECT_EQ(read("Ox"), has_four ? kKeyF10 : kKeyUp) << type;
+    drop_typed_keys();
+  }
+  std::setlocale(LC_ALL, "C");
 }
 
 TEST(Sequences, EndWhereTheirGrammarSaysHoweverTheyAreCut) {
@@ -176,7 +247,7 @@ TEST(LineInput, EditsAndEndsByItsForm) {
   const struct {
     bool in_window;
     const char *before;
-    std::initializer_list<int> keys;
+    std::u16string keys;
     int key;
     const char *after, *shown;
   } cases[] = {
