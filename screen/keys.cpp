@@ -139,7 +139,7 @@ int read_sequence(WINDOW *win) {
 // One byte of a paste, or a sequence in it. The byte, when an edited text may have it, else kNoKey.
 int take_pasted(int key, bool edits) {
   if (key == ERR || key == kPasteEnds) {
-    paste.is_open = false;
+    paste = {};
   } else if (key == kKeyReturn || key == kKeyLineFeed) {
     paste.has_line_end = true;
   } else if (!edits || paste.has_line_end || key < ' ' || key > 0xFF || key == kDelete || key == kKeyHelp) {

@@ -94,6 +94,7 @@ TEST(Keyboard, APasteGoesIntoAFieldUpToItsLineEndAndNowhereElse) {
       {begins + lines + ends, "/a/b", 1},
       {begins + "/x\t\033[B\033\001?\177\bÿ" + ends, "/xÿ", 1},
       {begins + std::string(1 << 17, 'y') + ends, std::string(kCells, 'y'), 1},
+      {std::string(5000, 'x'), std::string(kCells, 'x'), 5000 - kCells},  // a terminal that does not tell
   };
   Terminal t;
   open_new_session(t);
