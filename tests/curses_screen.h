@@ -2,13 +2,14 @@
 #pragma once
 
 #include <ncurses.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <string>
 
 struct CursesScreen {
-  FILE *device = std::fopen("/dev/null", "r+");
+  FILE *device = std::tmpfile();
   SCREEN *screen;
   explicit CursesScreen(const char *type = "xterm-256color") : screen(newterm(type, device, device)) {
     start_color();
@@ -22,11 +23,23 @@ struct CursesScreen {
     delscreen(screen);
     std::fclose(device);
   }
+  // How often it has beeped.
+  long bells() const {
+    std::string written(1 << 20, '\0');
+    const ssize_t size = pread(fileno(device), written.data(), written.size(), 0);
+    return std::count(written.begin(), written.begin() + size, '\a');
+  }
 };
 
-// Keys, or bytes, that are read next, in this order.
+// Keys, or bytes, that are read next, in this order; of kana and kanji the bytes in UTF-8.
 inline void type_ahead(const std::u16string &keys) {
-  for (auto key = keys.rbegin(); key != keys.rend(); ++key) ungetch(*key);
+  for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
+    if (*key < 0x3000) {
+      ungetch(*key);
+    } else {
+      for (const int byte : {0x80 | (*key & 0x3F), 0x80 | (*key >> 6 & 0x3F), 0xE0 | *key >> 12}) ungetch(byte);
+    }
+  }
 }
 
 // The bytes of a row of a window.

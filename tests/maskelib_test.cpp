@@ -122,6 +122,13 @@ struct FormScreen : CursesScreen {
   }
 };
 
+// What a field showed after the last change while it was edited.
+std::string shown;
+void look_at_field(const void *, WINDOW *win) {
+  shown = rows_of(win, 2, 1);
+  EXPECT_NE(mvwinch(win, 2, 0) & A_BOLD, 0U) << shown;
+}
+
 TEST(Edit, TypedTextsReachTheRecord) {
   using enum Charset;
   const struct {
@@ -130,47 +137,68 @@ TEST(Edit, TypedTextsReachTheRecord) {
     const char *text;
     std::u16string keys;  // in their numbers: 0x103 is Up, 0x102 Down, 0x104 Left, 0x105 Right
     int key;              // that ended it
-    const char *stored;
+    const char *stored, *shown;
+    int beeps;
   } cases[] = {
-      {bytes, 0, 4, "wxyz", u"a\u0105\u0105bc\n", 13, "axyb"},  // overwrites; behind the last cell nothing is taken
-      {bytes, 0, 4, "wxyz", u"\u0105\u0105\b\t", 9, "wyz"},     // the cells behind move up
-      {bytes, 0, 4, "ab", u"\b|\\\u0104", 260, "ab"},
-      {bytes, 13, 4, "yes", u"x\u0105\b9\u0112", 274, "yes"},  // read-only: Backspace does not erase either
-      {bytes, 14, 7, "", u"default\u0103", 259, "default"},
-      {bytes, 14, 7, "default", u"007    \u0102", 258, "7"},
-      {bytes, 12, 4, "0042", u"?", '?', "42"},  // also when nothing was typed
-      {bytes, 12, 4, "", u"\u0168", 360, ""},
-      {bytes, 16, 4, "", u"a.b_\u0106", 262, "ab"},
-      {bytes, 0, 6, "", u"\u00E9\u00A4\r", 13, "\xE9\xA4"},
-      {raw_euc_jp, 0, 5, "", u"\u00A4\u00A2\u00A4\u00A4\u00A4\u00A6z\r", 13,
-       "\xA4\xA2\xA4\xA4z"},                                             // half of one would fit
-      {raw_euc_jp, 0, 4, "\xA4\xA2\xA4\xA4", u"x\r", 13, "x \xA4\xA4"},  // its other half is stored as a blank
-      {raw_euc_jp, 16, 4, "", u"\u00A4\u00A2z\r", 13, "z"},
-      {raw_euc_jp, 0, 4, "", u"\u00A4z\r", 13, "z"},    // what is no second byte is a key of its own
-      {raw_euc_jp, 0, 4, "a\xA4", u"\r", 13, "a\xA4"},  // passing over a text changes no byte of it
-      {euc_jp, 0, 4, "", u"\u00E6\u00BC\u00A2\u00E9\r", 13, "\xB4\xC1"},
-      {locale, 0, 4, "", u"\u00C3\u00BC \u00C3\u00A4z\r", 13, "\xC3\xBC z"},  // half of one would fit
-      {locale, 0, 4, "", u"\u00C3z\u00BC\r", 13, "z"},
-      {locale, 0, 4, "a\xC3\xBC", u"\u0105\u0105\u0105\b\r", 13, "a"},
-      {locale, 0, 4, "\xB4\xC1", u"\u0105\u0105x\r", 13, "\xB4\xC1x"},  // what else stands there stays
-      {bytes, 2, 6, "1000000", u"\u0105\r", 13, "     1000000"},        // shown as 100000
-      {bytes, 2, 6, "1000000", u"100000\r", 13, "      100000"},        // typed over what is shown
+      // clang-format off
+      {bytes, 0, 4, "wxyz", u"a\u0105\u0105bc\n", 13, "axyb", "axyb", 1},  // overwrites, up to the last cell
+      {bytes, 0, 4, "wxyz", u"\u0105\u0105\b\t", 9, "wyz", "wyz", 0},      // the cells after it move up
+      {bytes, 0, 4, "ab", u"\b|\\\u0104", 260, "ab", "", 2},
+      {bytes, 13, 4, "yes", u"x\u0105\b9\u0112", 274, "yes", "", 3},       // read-only: nothing erases either
+      {bytes, 14, 7, "", u"default\u0103", 259, "default", "default", 0},
+      {bytes, 14, 7, "default", u"007    \u0102", 258, "7", "007", 0},
+      {bytes, 12, 4, "0042", u"?", '?', "42", "", 0},                      // also when nothing was typed
+      {bytes, 12, 4, "", u"\u0168", 360, "", "", 0},
+      {bytes, 16, 4, "", u"a.b_\u0106", 262, "ab", "ab", 2},
+      {bytes, 0, 6, "", u"\u00E9\u00A4\u014A\r", 13, "\xE9\xA4", "", 1},
+      {raw_euc_jp, 0, 5, "", u"\u00A4\u00A2\u00A4\u00A4\u00A4\u00A6z\r", 13, "\xA4\xA2\xA4\xA4z", "z", 1},
+      {raw_euc_jp, 16, 4, "", u"\u00A4\u00A2z\r", 13, "z", "z", 1},
+      {raw_euc_jp, 0, 4, "", u"\u00A4z\r", 13, "z", "z", 1},               // what is no second byte is a key of its own
+      {raw_euc_jp, 0, 4, "a\xA4", u"\r", 13, "a\xA4", "", 0},              // passing over a text changes no byte of it
+      {euc_jp, 0, 8, "Unknown", u"あいう\r", 13, "\xA4\xA2\xA4\xA4\xA4\xA6n", "あいうn", 0},
+      {euc_jp, 0, 8, "\xA4\xA2\xA4\xA4", u"\u0105\u0105\u0105x\r", 13, "\xA4\xA2 x", "あ?x", 0},  // half is a blank
+      {euc_jp, 0, 8, "\xA4\xA2\xA4\xA4", u"x\u0105\bか\r", 13, "x\xA4\xAB", "xか", 0},
+      {euc_jp, 0, 8, "", u"漢\u00C3\u00A9\u00EF\u00BD\u00B1\u00E2\u0082\u00AC\u00F0\u0080字\r", 13,  // no two bytes:
+       "\xB4\xC1\xBB\xFA", "漢字", 4},                          // e acute, half-width kana, the euro; and broken ones
+      {euc_jp, 0, 5, "", u"abcd漢\r", 13, "abcd", "abcd", 1},                          // half of it would fit
+      {locale, 0, 4, "", u"\u00C3\u00BC \u00C3\u00A4z\r", 13, "\xC3\xBC z", "ü  z", 1},
+      {locale, 0, 4, "", u"\u00C3z\u00BC\r", 13, "z", "z", 2},
+      {locale, 0, 4, "a\xC3\xBC", u"\u0105\u0105\u0105\b\r", 13, "a", "a?", 0},
+      {locale, 0, 4, "\xB4\xC1", u"\u0105\u0105x\r", 13, "\xB4\xC1x", "??x", 0},       // what else stands there stays
+      {bytes, 2, 6, "1000000", u"\u0105\r", 13, "     1000000", "", 0},                // shown as 100000
+      {bytes, 2, 6, "1000000", u"100000\r", 13, "      100000", "100000", 0},          // typed over what is shown
+      // clang-format on
   };
   const FormScreen screen;
   for (const auto &c : cases) {
     char rec[12] = "";
     put_data(rec, c.text, c.type, sizeof rec);
-    const FieldDescriptor tab[] = {{c.type, 2, 3, c.length}, {255, 0, 0, 0}};
+    const FieldDescriptor tab[] = {{c.type, 2, 0, c.length}, {255, 0, 0, 0}};
     const bool wide = c.charset == euc_jp || c.charset == locale;
     std::setlocale(LC_ALL, wide ? "C.UTF-8" : "C");
     language = c.charset == euc_jp || c.charset == raw_euc_jp;
+    werase(screen.win.get());
     show_rec(screen.win.get(), rec, tab, attr_dkl);
     type_ahead(c.keys);
-    EXPECT_EQ(edit_field(screen.win.get(), rec, tab, 0), c.key) << c.stored;
+    shown = "|";
+    const long bells = screen.bells();
+    EXPECT_EQ(edit_field(screen.win.get(), rec, tab, 0, {look_at_field}), c.key) << c.stored;
     EXPECT_EQ(text_of(rec, c.type, sizeof rec), c.stored);
+    EXPECT_EQ(screen.bells() - bells, c.beeps) << c.stored;
+    EXPECT_EQ(shown, c.shown + std::string("|")) << c.stored;
   }
   language = 0;
   std::setlocale(LC_ALL, "C");
+}
+
+TEST(Edit, PassesOverASkipFieldAwayFromTheFieldEditedLast) {
+  const FormScreen screen;
+  char rec[6] = "";
+  const FieldDescriptor tab[] = {{0, 0, 0, 2}, {19, 1, 0, 2}, {0, 2, 0, 2}, {255, 0, 0, 0}};
+  type_ahead(u"\t\t\t");
+  for (const auto &[field, key] : {std::pair(0, 9), {1, 258}, {2, 9}, {1, 259}, {1, 259}, {0, 9}, {1, 258}, {3, 27}}) {
+    EXPECT_EQ(edit_field(screen.win.get(), rec, tab, field), key) << field;
+  }
 }
 
 TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {
@@ -182,12 +210,12 @@ TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {
   dispdez(win, 0, 1, kAttrNormal, -12, 5);
   disphex(win, 1, 1, kAttrNormal, -1, 9);
   display(win, 2, 1, kAttrNormal, "text", 2);
-  EXPECT_EQ(row_of(win, 0) + "|" + row_of(win, 1) + "|" + row_of(win, 2), "   -12  ##|  ffffffff| te      #");
+  EXPECT_EQ(rows_of(win, 0, 3), "   -12  ##|  ffffffff| te      #|");
   insert_char(win, 2, 1, 4, '>');
   EXPECT_EQ(row_of(win, 2), " >te     #");
   delete_char(win, 2, 2, 4, '<');
   EXPECT_EQ(row_of(win, 2), " >e <    #");
-  insert_char(win, 24, 79, 200, '!');
+  insert_char(win, 24, 0, 200, '!');
   delete_char(win, 25, -1, 3, '!');
   const WorkingFolder folder;
   put_file("mask", std::string(kImageSize, '='));
@@ -196,6 +224,7 @@ TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {
   EXPECT_EQ(row_of(win, 4), "  ===   ##");
   EXPECT_EQ(show_mask(win, "mask", none, kAttrNormal) + show_mask(win, "missing", none, kAttrNormal), -1);
   EXPECT_EQ(row_of(win, 0), "==========");
+  EXPECT_EQ(std::string(Edit_screen, kImageSize), std::string(kImageSize, '='));
 }
 
 }  // namespace

@@ -50,6 +50,23 @@ TEST(List, PositionsStayWhenAnEntryIsRemoved) {
   EXPECT_EQ(get_strid_by_num(list.first, 4), -1);
 }
 
+TEST(List, EntriesStandInTheirPlaces) {
+  const CursesScreen screen;
+  TestList list(3);
+  const Window win = open_window(4, 14, 0, 0);
+  for (const int align : {kLeft, kRight, kCentred}) DrawStringFromList(win.get(), list.first, align, 0, align);
+  EXPECT_EQ(DrawStringFromListInList(win.get(), list.first, 2, 0, 0, 4, 5, kCentred), 102);
+  EXPECT_EQ(rows_of(win.get()), "     e2|  e1|          e2|     e3|");
+  EXPECT_EQ(DrawStringFromList(win.get(), list.first, 4, 0, kLeft), 0);
+  EXPECT_EQ(DrawFullStringBox(win.get(), list.first, 2, kCentred), 102);
+  EXPECT_EQ(rows_of(newscr, 0, 4), "     e2|  e1 e1|     e2   e2|     e3|");
+  EXPECT_EQ(DrawFullStringListBox(win.get(), list.first, 2, 1, 2, 2, 6, 2, kRight), 102);
+  EXPECT_EQ(rows_of(newscr, 0, 4), "     e2|  e1 e1|      e2  e2|      e3|");
+  type_ahead({'a', 'b', 'c', 'd'});
+  DumpList(list.first);
+  EXPECT_EQ(inkey(), 'd');
+}
+
 // --- moving through a list
 
 TEST(Scrolling, Keys) {
@@ -103,10 +120,34 @@ TEST(Menu, Results) {
   EXPECT_STREQ(text, "-");
   EXPECT_EQ(DoScrollMenu(stdscr, 20, 1, 20, 2, 0, 0, text, "T", "a|b|c|d|e", "|", 1, 3), 5);
   EXPECT_STREQ(text, "e");
+}
+
+std::string shown;  // the screen when help was asked for
+int look_at_screen(int help, int chosen, char *, char *) {
+  shown = rows_of(newscr, 0, 9) + std::to_string(help) + ":" + std::to_string(chosen);
+  return 0;
+}
+
+TEST(Menu, IsDrawnBelowItsTitle) {
+  const CursesScreen screen;
+  menu_help = look_at_screen;
+  type_ahead({kKeyDown, '?', kKeyEscape, kKeyPreviousPage, kKeyDown, '?', kKeyReturn, '?', kKeyEscape});
+  DoMenuExt(stdscr, 1, 0, 8, 0, 0, "Two|lines", "a|bc", "|", kSingleLine, 5);
+  EXPECT_EQ(shown, "|lqqqqqqqk|x  Two  x|x lines x|tqqqqqqqu|x  a    x|x bc    x|mqqqqqqqj||5:2");
+  char text[84];
+  DoScrollMenuExt(stdscr, 0, 0, 9, 2, 0, 0, text, "T", "a|b|c|d|e", "|", kSingleLine, kRight, 6);
+  EXPECT_EQ(shown, "lqqqqqqqk|x   T   x|tqqqqqqqu|x       x|x      cx|x      dx|mqqqqqqqj|||6:4");
+  DoMenuExt(stdscr, 1, 0, 8, 0, 0, "", "a|bc", "|", kSingleLine, 5);
+  EXPECT_EQ(shown, "|lqqqqqqqk|x  a    x|x bc    x|mqqqqqqqj|||||5:1");
+  menu_help = nullptr;
+}
+
+TEST(Menu, ABoxIsClosedByAWholeCharacter) {
+  const CursesScreen screen;
   std::setlocale(LC_ALL, "C.UTF-8");
   type_ahead({0xC3, 0xBC, 'x'});
   draw_box(stdscr, "text", "|", 0, 0, 0);
-  EXPECT_EQ(inkey(), 'x') << "the character that closes a box is gone whole";
+  EXPECT_EQ(inkey(), 'x');
   std::setlocale(LC_ALL, "C");
 }
 
