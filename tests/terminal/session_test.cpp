@@ -9,20 +9,28 @@
 
 namespace {
 
-TEST(Session, StartsOnItsMenusAndEndsThroughTheExitEntryOnly) {
+TEST(Session, WritesNothingUnlessItIsSavedAndEndsThroughTheExitEntryOnly) {
   Terminal t;
   t.start();
-  EXPECT_EQ(t.find("KAVLON Configuration"), (Position{3, 30}));
-  EXPECT_EQ(t.text(12, 24, 32), "Create a new configuration file ");
-  EXPECT_EQ(t.text(9, 3, 2) + t.text(14, 75, 2), "#\u250c\u2518#");
-  EXPECT_TRUE(t.cell(12, 24).bold && t.cell(12, 24).foreground == kRed);
   t.press({Escape});
-  t.see("Create a new configuration file");
-  t.press({Up, Enter});
+  for (const bool by_escape : {true, false}) {
+    t.press({Enter, Down, Enter});
+    choose(t, kUps);
+    t.type("Server room");
+    t.press({Escape});
+    choose(t, kSpacer);
+    by_escape ? t.press({Escape}) : choose(t, kLeave);
+    t.see("Create a new configuration file");
+  }
+  for (const char *file : {"ups.cfg", "ups.cfg.unsaved", "setup.dbg"})
+    EXPECT_FALSE(std::filesystem::exists(t.path(file)));
+  t.write_file("ups.cfg", "UpsID=1\n");  // another program's, meanwhile
+  t.press({Enter});
+  t.see("Can't open file:");
+  t.press({Space, Up, Enter});
   EXPECT_EQ(t.wait_exit(), 1);
   EXPECT_TRUE(t.given_back());
-  EXPECT_FALSE(std::filesystem::exists(t.path("ups.cfg")));
-  EXPECT_FALSE(std::filesystem::exists(t.path("setup.dbg")));
+  EXPECT_EQ(t.file("ups.cfg"), "UpsID=1\n");
 }
 
 TEST(Session, ANewConfigurationIsEditedInAllMasksSavedAndOpenedAgain) {
@@ -33,16 +41,10 @@ TEST(Session, ANewConfigurationIsEditedInAllMasksSavedAndOpenedAgain) {
   t.type("45  ");
   t.press({Down});
   EXPECT_EQ(t.text(11, 26, 5), "45.0 ");
-  t.press({Down, Enter});
-  t.see("Select UPS modelname");
-  t.press({Down, Enter});
-  t.see("Halvoris 700VA K-TSN007");
-  t.press({F10});
-  t.see("Set System values");
+  t.press({Down, Enter, Down, Enter, F10});
   choose(t, kSystem);
   t.type("Pass1            ");
-  t.press({Home});
-  t.press({F10});
+  t.press({Home, F10});
   choose(t, kPaths);
   t.press({Down, Down, Enter, Down, Enter, Escape});
   choose(t, kSave);
@@ -68,31 +70,6 @@ TEST(Session, ANewConfigurationIsEditedInAllMasksSavedAndOpenedAgain) {
   std::string expected = first;
   expected.replace(expected.find("Rate=300"), 8, "Rate=600");
   EXPECT_EQ(t.file("ups.cfg"), expected);
-}
-
-TEST(Session, LeavingDiscardsAndTheSpacerDoesNothing) {
-  Terminal t;
-  for (const bool by_escape : {true, false}) {
-    open_new_session(t);
-    choose(t, kUps);
-    t.type("Server room");
-    t.press({Escape});
-    choose(t, kSpacer);
-    by_escape ? t.press({Escape}) : choose(t, kLeave);
-    t.see("Create a new configuration file");
-    EXPECT_EQ(t.file("ups.cfg"), "");
-  }
-}
-
-TEST(Session, DoesNotReplaceAFileThatAppearedMeanwhile) {
-  Terminal t;
-  t.start();
-  t.write_file("ups.cfg", "UpsID=1\n");
-  t.press({Enter});
-  t.see("Can't open file:");
-  t.press({Space});
-  t.see("Create a new configuration file");
-  EXPECT_EQ(t.file("ups.cfg"), "UpsID=1\n");
 }
 
 TEST(Session, OptionsAreAbbreviatedAndUnknownOnesExplained) {
@@ -149,45 +126,38 @@ TEST(UpsMask, AModelBringsItsValuesAlong) {
 
 TEST(Masks, SayAtOnceWhatTheFileCanNotGiveBack) {
   constexpr char kHidden[] = "This value can not be read back: '[' hides what follows";
-  Terminal t;
-  open_new_session(t);
-  choose(t, kUps);
-  t.type("[1]");
-  t.settle();
-  EXPECT_EQ(t.find(kHidden), (Position{19, 4}));
-  EXPECT_EQ(t.cell(19, 4).foreground, kRed);
-  t.press({Home});
-  t.type("       ");
-  t.press({Down});
-  t.see("An empty value can not be read back, and what follows it is not saved");
-  t.press({Up});
-  t.type("Office");
-  t.press({Down});
-  EXPECT_EQ(t.text(19, 2, 3), "\u251c\u2500\u2500");
-  t.press({Escape});
-  choose(t, kSystem);
-  t.type("E");  // scrambled, it becomes a bracket
-  t.see(kHidden);
-  t.press({Backspace});
-  t.type("Attic");
-  t.settle();
-  EXPECT_EQ(t.find(kHidden), (Position{-1, -1}));
-  t.press({Escape});
-  choose(t, kPaths);
-  t.type("[");
-  t.see(kHidden);
-
-  Terminal other;
-  other.start({.files = {{"ups.cfg", "UpsLocation=Office\nMailEnableFlag=yes\n"}}});
-  choose(other, kUps);
-  other.type("       ");
-  other.press({Down});
-  other.see("An empty value can not be read back: the default comes instead");
-  other.press({Escape});
-  choose(other, kMail);
-  other.press({End});
-  other.type("production");  // scrambled, its ninth letter ends it
-  other.see("This value can not be read back: a part of it is lost");
+  constexpr char kNothing[] = "────────────";
+  const struct {
+    bool is_new;
+    int entry;
+    std::vector<Key> way;
+    const char *typed, *notice;
+  } cases[] = {
+      // clang-format off
+      {true,  kUps,    {},    "[1]",                            kHidden},
+      {true,  kUps,    {},    "       \033OB",                  "An empty value can not be read back, and what follows it is not saved"},
+      {false, kUps,    {},    "       \033OB",                  "An empty value can not be read back: the default comes instead"},
+      {true,  kUps,    {},    "       \033OB\033OAOffice\033OB", kNothing},
+      {true,  kSystem, {},    "E",                              kHidden},  // scrambled, it becomes a bracket
+      {true,  kSystem, {},    "E\177Attic",                     kNothing},
+      {true,  kPaths,  {},    "[",                              kHidden},
+      {false, kMail,   {End}, "production",                     "This value can not be read back: a part of it is lost"},  // its ninth letter ends it
+      // clang-format on
+  };
+  for (const auto &[is_new, entry, way, typed, notice] : cases) {
+    Terminal t;
+    if (is_new) {
+      open_new_session(t);
+    } else {
+      t.start({.files = {{"ups.cfg", "UpsLocation=Office\nMailEnableFlag=yes\n"}}});
+    }
+    choose(t, entry);
+    const int row = t.find("help>").row - 1;
+    t.press(way);
+    t.type(typed);
+    EXPECT_EQ(t.text(row, 4, 70).substr(0, std::string_view(notice).size()), notice) << t.dump();
+    EXPECT_EQ(t.cell(row, 4).foreground == kRed, notice != kNothing);
+  }
 }
 
 TEST(SystemMask, NoShutdownMeansNoneThatFollowsIt) {
@@ -278,58 +248,26 @@ TEST(Masks, NameADatabaseWithoutModels) {
   }
 }
 
-enum class End { terminate, hang_up_signal, hang_up, escape, interrupt };
+// A way in which a session ends, and whether what it could not save is kept then.
+const struct Ending {
+  const char *name;
+  void (*end)(Terminal &t);
+  bool keeps;
+} kEndings[] = {
+    {"SIGTERM", [](Terminal &t) { t.send_signal(SIGTERM); }, true},
+    {"SIGHUP", [](Terminal &t) { t.send_signal(SIGHUP); }, true},
+    {"hang-up", [](Terminal &t) { t.hang_up(); }, true},
+    {"SIGINT", [](Terminal &t) { t.send_signal(SIGINT); }, false},
+};
 
-void end_session(Terminal &t, End end) {
-  if (end == End::hang_up) t.hang_up();
-  if (end == End::escape) t.press({Escape, Escape});
-  if (end == End::terminate || end == End::interrupt) t.send_signal(end == End::terminate ? SIGTERM : SIGINT);
-  if (end == End::hang_up_signal) t.send_signal(SIGHUP);
-  t.wait_exit();
-}
-
-// What the session could not save, without the mark of the first line.
-std::string unsaved(const Terminal &t) {
-  const std::string kept = t.file("ups.cfg.unsaved");
-  return kept.substr(std::min(kept.size(), kept.find('\n') + 1));
-}
-
-constexpr char kBefore[] = "UpsModel=K-TRN010VQ-100\nUpsLocation=Hall\nPASSWORD=SWNL\n";
-
-TEST(Unsaved, OutlivesALineThatDropsAndNothingElse) {
-  for (const End end : {End::terminate, End::hang_up_signal, End::hang_up, End::escape, End::interrupt}) {
-    Terminal t;
-    t.start({.files = {{"ups.cfg", kBefore}}});
-    choose(t, kUps);
-    t.type("Attic");
-    t.press({Escape});
-    choose(t, kSystem);
-    t.type("MSRW");
-    t.press({Down});
-    const bool keeps = end != End::escape && end != End::interrupt;
-    end_session(t, end);
-    EXPECT_EQ(t.file("ups.cfg"), kBefore);
-    EXPECT_EQ(unsaved(t), keeps ? "UpsLocation=Attic\nPASSWORD=SMNI\n" : "") << static_cast<int>(end);
-    if (!keeps) continue;
-    EXPECT_EQ(std::filesystem::status(t.path("ups.cfg.unsaved")).permissions(), std::filesystem::perms{0600});
-    t.start();
-    choose(t, kPaths);
-    t.see("ups.cfg.unsaved holds changes that an earlier session could not save");
-    t.press({Escape});
-    save_and_exit(t);
-    EXPECT_EQ(t.file("ups.cfg.unsaved"), "");
-  }
-}
-
-TEST(Unsaved, IsWrittenFromEveryScreen) {
-  struct Row {
+TEST(Unsaved, OutlivesALineThatDropsOnEveryScreenAndNothingElse) {
+  constexpr char kBefore[] = "UpsModel=K-TRN010VQ-100\nUpsLocation=Hall\nPASSWORD=SWNL\nEvent0=LOGMSG(\"power\")O;\n";
+  const struct {
     int entry;
     std::vector<Key> keys;
     const char *shown;
-  };
-  const Row kRows[] = {
+  } kScreens[] = {
       // clang-format off
-      {kLeave,  {},                                               "Save Configuration & Exit"},
       {kUps,    {},                                               "UPS modelname"},
       {kUps,    {Tab, Tab, Tab, Tab, Tab, Tab, Enter},            "Select UPS modelname"},
       {kUps,    {ShiftQuestion},                                  "Standard settings help"},
@@ -341,20 +279,35 @@ TEST(Unsaved, IsWrittenFromEveryScreen) {
       {kEvents, {Enter, Down, Down, Enter},                       "Send a Shutdown UPS"},
       {kEvents, {Enter, Enter},                                   "power"},
       {kMail,   {},                                               "Subject"},
+      {kUps,    {Escape},                                         "Save Configuration & Exit"},
       // clang-format on
   };
-  for (const Row &row : kRows) {
-    for (const End end : {End::terminate, End::hang_up_signal, End::hang_up}) {
+  for (const auto &[entry, keys, shown] : kScreens) {
+    for (const auto &[name, end, keeps] : kEndings) {
       Terminal t;
-      t.start({.files = {{"ups.cfg", std::string(kBefore) + "Event0=LOGMSG(\"power\")O;\n"}}});
+      t.start({.files = {{"ups.cfg", kBefore}}});
       choose(t, kUps);
       t.type("Attic");
       t.press({Escape});
-      if (row.entry != kLeave) choose(t, row.entry);
-      t.press(row.keys);
-      t.see(row.shown);
-      end_session(t, end);
-      EXPECT_EQ(unsaved(t), "UpsLocation=Attic\n") << row.shown << static_cast<int>(end);
+      choose(t, kSystem);
+      t.type("MSRW");
+      t.press({Escape});
+      choose(t, entry);
+      t.press(keys);
+      t.see(shown);
+      end(t);
+      t.wait_exit();
+      EXPECT_EQ(t.file("ups.cfg"), kBefore);
+      const std::string kept = t.file("ups.cfg.unsaved");
+      EXPECT_EQ(kept.substr(kept.find('\n') + 1), keeps ? "UpsLocation=Attic\nPASSWORD=SMNI\n" : "") << shown << name;
+      if (!keeps || entry != kPaths) continue;
+      EXPECT_EQ(std::filesystem::status(t.path("ups.cfg.unsaved")).permissions(), std::filesystem::perms{0600});
+      t.start();
+      choose(t, kPaths);
+      t.see("ups.cfg.unsaved holds changes that an earlier session could not save");
+      t.press({Escape});
+      save_and_exit(t);
+      EXPECT_EQ(t.file("ups.cfg.unsaved"), "");
     }
   }
 }
