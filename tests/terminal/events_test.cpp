@@ -1,4 +1,4 @@
-// The event editor's three nested screens, and the mail mask.
+// The event editor's three nested screens.
 #include <gtest/gtest.h>
 
 #include "tests/terminal/session.h"
@@ -151,32 +151,6 @@ TEST(EventEditor, BypassModeIsOfferedForItsSeriesOnly) {
     t.press({End});
     EXPECT_EQ(t.find("Bypass mode").row >= 0, offered) << model;
   }
-}
-
-TEST(MailMask, SmtpOpensItsFields) {
-  Terminal t;
-  open_new_session(t);
-  choose(t, kMail);
-  EXPECT_EQ(t.find("SMTP Authentification (optional)"), (Position{17, 4}));
-  EXPECT_EQ(t.find("< ENTER for list!"), (Position{9, 56}));
-  t.press({End});
-  t.type("x");
-  EXPECT_EQ(t.bells(), 1);
-  EXPECT_EQ(t.text(19, 27, 2), "  ");
-  t.press({F10, Up, Up, Enter});
-  EXPECT_EQ(t.find("Enable SMTP client ?"), (Position{12, 28}));
-  t.press({Enter});
-  t.type("kav");
-  t.press({Down});
-  t.type("secret");
-  t.press({Tab});
-  t.see("KAVLON Pro Configuration");
-  save_and_exit(t);
-  EXPECT_EQ(setting(t, "SmtpUser"), "kav");
-  EXPECT_EQ(setting(t, "MailEnableFlag"), "yes");
-  EXPECT_EQ(setting(t, "SmtpHost"), " ");
-  EXPECT_EQ(setting(t, "SmtpPassword").size(), 6u);
-  EXPECT_EQ(t.file("ups.cfg").find("secret"), std::string::npos);
 }
 
 }  // namespace
