@@ -74,7 +74,7 @@ void fill_cells(std::span<char> cells, std::string_view text) {
 void draw_cells(WINDOW *win, std::string_view text, int32_t attr, int row, int col) {
   std::string shown(text);
   std::ranges::replace(shown, '\0', ' ');
-  wprintv_cut(win, shown, attr, row, col, getmaxx(win) - col);
+  wprintv(win, shown, attr, row, col);
 }
 
 // --- blocks
