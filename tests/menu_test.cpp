@@ -35,6 +35,7 @@ struct TestList {
 TEST(List, PositionsStayWhenAnEntryIsRemoved) {
   TestList list(3);
   EXPECT_EQ(Remove_String(list.first, 2), 1);
+  EXPECT_EQ(Remove_String(nullptr, 2) + RemoveFullList(nullptr), 0);
   EXPECT_EQ(get_next(list.first)->num, 3);
   EXPECT_EQ(get_next(list.first)->prev, list.first);
   EXPECT_EQ(get_last_entry_num(list.first), 3);

@@ -256,9 +256,11 @@ TEST(LineInput, EditsAndEndsByItsForm) {
       {true, "ab", {8, 8, 8, 'x', 10}, 10, "x", "x    #"},
       {true, "too long", {'x', kKeyEscape}, kKeyEscape, "too long", "too long#"},
       {true, "too long", {8, 'x', 'y', kKeyEnter}, kKeyEnter, "too x", "too x"},
-      {true, "", {127, '?', kKeyTab}, kKeyTab, "?", "?    #"},
+      {true, "", {127, '?', '~', kKeyTab}, kKeyTab, "?~", "?~   #"},
+      {true, "ab", {kKeyTab}, kKeyTab, "ab", "ab   #"},
       // on the screen Return and Escape only, and one cell more is blanked
       {false, "ab", {kKeyUp, 'c', 10, kKeyReturn}, kKeyReturn, "abc", "abc   #"},
+      {false, "ab", {kKeyReturn}, kKeyReturn, "ab", "ab    #"},
       {false, "too long", {'x', 8, kKeyEscape}, kKeyEscape, "too ", "too   #"},
   };
   for (const auto &c : cases) {
@@ -270,6 +272,7 @@ TEST(LineInput, EditsAndEndsByItsForm) {
     cpynstr(text, c.before);
     type_ahead(c.keys);
     const int key = c.in_window ? wfinputs(shown, 1, 2, 5, kAttrNormal, text) : finputs(1, 2, 5, kAttrNormal, text);
+    EXPECT_EQ(getcurx(shown), 2 + std::min(static_cast<int>(std::strlen(c.after)), 5)) << c.before;
     EXPECT_EQ(key, c.key) << c.before;
     EXPECT_STREQ(text, c.after);
     EXPECT_EQ(row_of(shown, 1, 2, static_cast<int>(std::strlen(c.shown))), c.shown);

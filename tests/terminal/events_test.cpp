@@ -53,6 +53,14 @@ TEST(EventEditor, ShowsEachJobInOneLineAndStoresWhatIsEdited) {
   t.press({Space});
   choose(t, 10);
   t.press({Down, Down, F10});  // only looked at
+  choose(t, 2);
+  t.press({Down});
+  t.type("70000");
+  t.press({Down});
+  t.see("1 <= value <= 65535");
+  t.press({Enter});
+  t.type("6003 ");
+  t.press({F10});
   choose(t, 3);
   EXPECT_EQ(t.text(10, 4, 20), "ADDRESS   me@site   ");
   t.press({Down, Down, Enter});
@@ -99,8 +107,9 @@ TEST(EventEditor, SaysWhatAJobOrItsListWouldLoseBeforeItIsLeft) {
 }
 
 TEST(EventEditor, JobsAreEditedAddedAndDeletedAndRefusedValuesAreNotTaken) {
+  const std::string more = "LOGMSG(\"1\")O;LOGMSG(\"2\")O;LOGMSG(\"3\")O;LOGMSG(\"4\")O;";
   Terminal t;
-  open_event(t, "Event3=" + kShutdown + "LOGMSG(\"old\")O;\nEvent4=LOGMSG(\"a\")O;SHUTDOWN(\"10\")O;\n", 3);
+  open_event(t, "Event3=" + kShutdown + "LOGMSG(\"old\")O;" + more + "\nEvent4=LOGMSG(\"a\")O;SHUTDOWN(\"10\")O;\n", 3);
   choose(t, 1);
   t.type("   ");
   t.press({Down});
@@ -113,14 +122,14 @@ TEST(EventEditor, JobsAreEditedAddedAndDeletedAndRefusedValuesAreNotTaken) {
   t.type("0090");
   t.press({Enter});
   t.see("Log Event");
-  choose(t, 2);
+  choose(t, 6);
   t.type("12a    ");
   t.press({Enter, Up});
   EXPECT_EQ(t.text(10, 14, 7), "12     ");
   t.type("9999");
   t.press({Down, F10});
   t.see("Shutdown System/ UPS in 5940 sec.");
-  t.press({Escape});
+  t.press({Up, Enter});  // not more than ten entries go round
   choose(t, 5);
   choose(t, 4);  // add, after two jobs and the spacer
   EXPECT_EQ(t.find("Add Job to List").row, 7);
@@ -139,7 +148,7 @@ TEST(EventEditor, JobsAreEditedAddedAndDeletedAndRefusedValuesAreNotTaken) {
   t.see("Eventlist");
   t.press({Escape});
   save_and_exit(t);
-  EXPECT_EQ(setting(t, "Event3"), "LOGMSG(\"x\")P90;SHUTDOWN(\"5940\")O;");
+  EXPECT_EQ(setting(t, "Event3"), "LOGMSG(\"x\")P90;" + more + "SHUTDOWN(\"5940\")O;");
   EXPECT_EQ(setting(t, "Event4"), "SHUTDOWN(\"default\")O;");
 }
 

@@ -79,13 +79,16 @@ struct Walk {
     check_screen(t);
     screens.push_back(t.screen());
   }
-  void opens(Key key, std::initializer_list<std::string> texts) {
+  // Where the first text stands then.
+  Position opens(Key key, std::initializer_list<std::string> texts) {
     const std::string before = t.screen();
     t.press({key});
     look(texts);
     EXPECT_NE(screens.back(), before);
+    const Position place = t.find(utf8(*texts.begin()));
     t.press({Escape});
     EXPECT_EQ(t.screen(), before);
+    return place;
   }
   void help(std::initializer_list<std::string> texts) { opens(ShiftQuestion, texts); }
 };
@@ -97,15 +100,16 @@ void see_mask(Walk &walk, int entry, int number, int fields, const std::string &
   for (int field = 0; field < fields; field++) {
     const auto is_field = [&](const HelpText &help) { return help.mask == number && help.field == field; };
     walk.help({std::find_if(HlpTxtArr.begin(), HlpTxtArr.end(), is_field)->text[1]});
-    const bool list = lists.find(static_cast<char>('0' + field)) != std::string::npos;
-    list ? walk.opens(Enter, {entry == kUps ? model_list_title[1] : kYesNoEntries}) : walk.t.press({Down});
+    const bool has_list = lists.find(static_cast<char>('0' + field)) != std::string::npos;
+    if (has_list) walk.opens(Enter, {entry == kUps ? model_list_title[1] : kYesNoEntries});
+    if (!has_list) walk.t.press({Down});
   }
   walk.t.press({Escape});
 }
 
 void see_job(Walk &walk, int place, int function) {
   walk.t.press(std::vector(static_cast<size_t>(place - 1), Down));
-  if (function < 0) return walk.opens(Enter, {unknown_function_label[1]});
+  if (function < 0) return void(walk.opens(Enter, {unknown_function_label[1]}));
   walk.t.press({Enter});
   walk.look({piece(func_list[function][1], 2), funcframe_label01[1], funcframe_label04[1]});
   for (int k = 0; k < std::stoi(piece(func_list[function][1], 5)); k++) {
@@ -114,7 +118,9 @@ void see_job(Walk &walk, int place, int function) {
     walk.look({piece(parameter, 1)});
     walk.help({parameter_help_title[1], piece(parameter, 3), piece(parameter, 4)});
     if (function == kSyslogFunction && k == 0) walk.opens(Enter, {syslog_list_title[1]});
-    if (function == kEmailFunction && k >= 2) walk.opens(Enter, {attach_questions[k - 2][1], kYesNoEntries});
+    if (function == kEmailFunction && k >= 2) {
+      EXPECT_EQ(walk.opens(Enter, {attach_questions[k - 2][1], kYesNoEntries}), (Position{11, 48}));
+    }
     walk.t.press({Down});
   }
   walk.help({timer_help_title[1], timing_help_label[1]});

@@ -26,7 +26,7 @@ TEST(Session, WritesNothingUnlessItIsSavedAndEndsThroughTheExitEntryOnly) {
     EXPECT_FALSE(std::filesystem::exists(t.path(file)));
   t.write_file("ups.cfg", "UpsID=1\n");  // another program's, meanwhile
   t.press({Enter});
-  t.see("Can't open file:");
+  EXPECT_EQ(t.find("Can't open file:"), (Position{10, 28}));
   t.press({Space, Up, Enter});
   EXPECT_EQ(t.wait_exit(), 1);
   EXPECT_TRUE(t.given_back());
