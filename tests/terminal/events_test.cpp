@@ -109,7 +109,8 @@ TEST(EventEditor, SaysWhatAJobOrItsListWouldLoseBeforeItIsLeft) {
 TEST(EventEditor, JobsAreEditedAddedAndDeletedAndRefusedValuesAreNotTaken) {
   const std::string more = "LOGMSG(\"1\")O;LOGMSG(\"2\")O;LOGMSG(\"3\")O;LOGMSG(\"4\")O;";
   Terminal t;
-  open_event(t, "Event3=" + kShutdown + "LOGMSG(\"old\")O;" + more + "\nEvent4=LOGMSG(\"a\")O;SHUTDOWN(\"10\")O;\n", 3);
+  open_event(t, "Event3=" + kShutdown + "LOGMSG(\"old\")O;" + more + "\nEvent24=LOGMSG(\"a\")O;SHUTDOWN(\"10\")O;\n",
+             3);
   choose(t, 1);
   t.type("   ");
   t.press({Down});
@@ -130,8 +131,8 @@ TEST(EventEditor, JobsAreEditedAddedAndDeletedAndRefusedValuesAreNotTaken) {
   t.press({Down, F10});
   t.see("Shutdown System/ UPS in 5940 sec.");
   t.press({Up, Enter});  // not more than ten entries go round
-  choose(t, 5);
-  choose(t, 4);  // add, after two jobs and the spacer
+  choose(t, 24);         // the bypass mode is not offered
+  choose(t, 4);          // add, after two jobs and the spacer
   EXPECT_EQ(t.find("Add Job to List").row, 7);
   t.press({Enter});
   t.see("Send a Shutdown UPS Signal");
@@ -149,17 +150,7 @@ TEST(EventEditor, JobsAreEditedAddedAndDeletedAndRefusedValuesAreNotTaken) {
   t.press({Escape});
   save_and_exit(t);
   EXPECT_EQ(setting(t, "Event3"), "LOGMSG(\"x\")P90;" + more + "SHUTDOWN(\"5940\")O;");
-  EXPECT_EQ(setting(t, "Event4"), "SHUTDOWN(\"default\")O;");
-}
-
-TEST(EventEditor, BypassModeIsOfferedForItsSeriesOnly) {
-  for (const auto &[model, offered] : {std::pair{"K-TRN010VQ-100", false}, {"ZELK K-TSN030-200", true}}) {
-    Terminal t;
-    t.start({.files = {{"ups.cfg", "UpsModel=" + std::string(model) + "\nEvent24=LOGMSG(\"life\")O;\n"}}});
-    choose(t, kEvents);
-    t.press({End});
-    EXPECT_EQ(t.find("Bypass mode").row >= 0, offered) << model;
-  }
+  EXPECT_EQ(setting(t, "Event24"), "SHUTDOWN(\"default\")O;");
 }
 
 }  // namespace

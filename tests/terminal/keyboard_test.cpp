@@ -123,19 +123,6 @@ TEST(Keyboard, APasteGoesIntoAFieldUpToItsLineEndAndNowhereElse) {
   EXPECT_GT(t.written().rfind("\033[?2004l"), t.written().rfind("\033[?2004h"));
 }
 
-TEST(Keyboard, ControlLPaintsAnewAndControlSIsAKey) {
-  Terminal t;
-  open_new_session(t);
-  const std::string screen = t.screen();
-  t.disturb("\033[3;1HBroadcast message");
-  EXPECT_NE(t.screen(), screen);
-  t.press({ControlL});
-  EXPECT_EQ(t.screen(), screen);
-  t.type("\023");
-  t.press({Down});
-  EXPECT_EQ(t.cursor().row, 11);
-}
-
 TEST(Cursor, StandsOnTheChosenEntryOrTheTextBeforeEachKey) {
   const struct {
     std::vector<Key> keys;

@@ -18,11 +18,8 @@ TEST(Detection, TakesAConfirmedModelAndPortOver) {
   t.see("/dev/ttyS2:The port is being checked....", 15000);
   t.type("\r\r");  // typed while the ports are tried: answers nothing
   t.see("Is this configuration OK ?", 15000);
-  t.settle();
-  EXPECT_EQ(t.text(13, 8, 9), "UPS Type:");
-  EXPECT_EQ(t.text(13, 58, 14), "K-TRN010VQ-110");
-  EXPECT_EQ(t.text(14, 62, 10), "/dev/ttyS2");
-  EXPECT_EQ(t.text(18, 8, 10) + t.text(18, 59, 12), "<ENTER>=OK<ESC>=CANCEL");
+  EXPECT_EQ(t.text(13, 8, 65), "UPS Type:                                         K-TRN010VQ-110 ");
+  EXPECT_EQ(t.text(18, 8, 65), "<ENTER>=OK                                         <ESC>=CANCEL  ");
   t.press({Space, KeypadEnter});
   t.see("KAVLON Pro Configuration");
   EXPECT_EQ(t.find("UPS Type:").row, -1);

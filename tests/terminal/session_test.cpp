@@ -26,7 +26,7 @@ TEST(Session, WritesNothingUnlessItIsSavedAndEndsThroughTheExitEntryOnly) {
     EXPECT_FALSE(std::filesystem::exists(t.path(file)));
   t.write_file("ups.cfg", "UpsID=1\n");  // another program's, meanwhile
   t.press({Enter});
-  EXPECT_EQ(t.find("Can't open file:"), (Position{10, 28}));
+  EXPECT_EQ(t.find("Can't open file:"), (Position{10, 31}));
   t.press({Space, Up, Enter});
   EXPECT_EQ(t.wait_exit(), 1);
   EXPECT_TRUE(t.given_back());
@@ -134,6 +134,10 @@ TEST(UpsMask, AModelBringsItsValuesAlong) {
   choose(t, kUps);
   t.press({Up, Up, Down, Down, Down, Down, Down, Down, Enter});
   t.press({End, Up, Home, Down, Down, Down, Down, Enter, F10});
+  choose(t, kEvents);
+  t.press({End});
+  EXPECT_NE(t.find("Bypass mode").row, -1) << "only this series has it";
+  t.press({Escape});
   choose(t, kSave);
   ASSERT_EQ(t.wait_exit(), 1);
   const std::string file = t.file("ups.cfg");
@@ -312,7 +316,7 @@ TEST(Unsaved, OutlivesALineThatDropsOnEveryScreenAndNothingElse) {
   }
 }
 
-TEST(Terminal, ComesBackCellForCellAfterResizeAndSuspend) {
+TEST(Terminal, ComesBackCellForCell) {
   Terminal t;
   open_new_session(t);
   choose(t, kUps);
@@ -328,6 +332,11 @@ TEST(Terminal, ComesBackCellForCellAfterResizeAndSuspend) {
   t.send_signal(SIGCONT);
   t.settle();
   EXPECT_EQ(t.screen(), before);
+  t.disturb("\033[3;1HBroadcast message");
+  EXPECT_NE(t.screen(), before);
+  t.press({ControlL});
+  EXPECT_EQ(t.screen(), before);
+  t.type("\023");  // a key like any other
   t.press({Enter});
   t.see("Halvoris 500VA K-TSN005");
 }
