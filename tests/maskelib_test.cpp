@@ -218,13 +218,15 @@ TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {
   insert_char(win, 24, 0, 200, '!');
   delete_char(win, 25, -1, 3, '!');
   const WorkingFolder folder;
-  put_file("mask", std::string(kImageSize, '='));
+  std::string shown_mask(kImageSize, '=');
+  put_file("mask", std::string(shown_mask).replace(4 * kImageColumns + 2, 3, ">2<"));
+  shown_mask.replace(4 * kImageColumns + 2, 3, "   ");
   FieldDescriptor none[kTemplateTable];
-  EXPECT_EQ(show_tmask(win, "mask", none, kAttrNormal, 3, 2, 70, 4), 0);
-  EXPECT_EQ(row_of(win, 4), "  ===   ##");
+  EXPECT_EQ(show_tmask(win, "mask", none, kAttrNormal, 3, 2, 70, 6), 0);
+  EXPECT_EQ(row_of(win, 4), "     == ##");
   EXPECT_EQ(show_mask(win, "mask", none, kAttrNormal) + show_mask(win, "missing", none, kAttrNormal), -1);
   EXPECT_EQ(row_of(win, 0), "==========");
-  EXPECT_EQ(std::string(Edit_screen, kImageSize), std::string(kImageSize, '='));
+  EXPECT_EQ(std::string(Edit_screen, kImageSize), shown_mask);
 }
 
 }  // namespace

@@ -27,6 +27,7 @@ TEST(Session, WritesNothingUnlessItIsSavedAndEndsThroughTheExitEntryOnly) {
   t.write_file("ups.cfg", "UpsID=1\n");  // another program's, meanwhile
   t.press({Enter});
   EXPECT_EQ(t.find("Can't open file:"), (Position{10, 31}));
+  EXPECT_EQ(t.text(9, 3, 2) + t.text(12, 74, 2), "#┌┘#");
   t.press({Space, Up, Enter});
   EXPECT_EQ(t.wait_exit(), 1);
   EXPECT_TRUE(t.given_back());
@@ -345,6 +346,7 @@ TEST(Terminal, AKeyCostsFewBytesAndEscapeLittleTime) {
   Terminal t;
   open_new_session(t);
   EXPECT_LT(t.measure(Down).bytes, 200u);
+  EXPECT_EQ(t.written().find("\033[37m\033[40m"), std::string::npos) << "colours that are the terminal's own";
   choose(t, kUps);
   EXPECT_LT(t.measure(Escape).last_output, 250) << "50 ms without the sanitizers on an idle machine";
 }
