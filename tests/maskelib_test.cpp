@@ -207,9 +207,9 @@ TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {
   WINDOW *const win = window.get();
   draw_blk(win, Edit_screen, -3, 8, 99, 200, '#', 1);
   clsln(win, 1, 8, 2, 8, kAttrNormal);
-  dispdez(win, 0, 1, kAttrNormal, -12, 5);
-  disphex(win, 1, 1, kAttrNormal, -1, 9);
-  display(win, 2, 1, kAttrNormal, "text", 2);
+  disp_value(win, 0, 1, kAttrNormal, -12, 5, kDecimal);
+  disp_value(win, 1, 1, kAttrNormal, -1, 9, kHexadecimal);
+  disp_value(win, 2, 1, kAttrNormal, reinterpret_cast<intptr_t>("text"), 2, kTextValue);
   EXPECT_EQ(rows_of(win, 0, 3), "   -12  ##|  ffffffff| te      #|");
   insert_char(win, 2, 1, 4, '>');
   EXPECT_EQ(row_of(win, 2), " >te     #");

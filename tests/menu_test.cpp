@@ -143,6 +143,19 @@ TEST(Menu, IsDrawnBelowItsTitle) {
   menu_help = nullptr;
 }
 
+// A box that no key closes: the program leaves when the input is at its end.
+void leave_at_box() {
+  const CursesScreen screen;
+  keep_work = [] { std::fputs(rows_of(curscr, 9, 13).c_str(), stderr); };
+  if (std::freopen("/dev/null", "r", stdin) != nullptr) draw_box(stdscr, "a|text", "|", 0, 0, 1);
+}
+
+TEST(Menu, ABoxStandsInTheMiddleAndTellsOfAnError) {
+  EXPECT_EXIT(leave_at_box(), testing::ExitedWithCode(EXIT_FAILURE),
+              "    lq{69}k\\|    x {34}a {34}x\\|    x {32}text {33}x\\|    mq{69}j\\|\\|{5}"
+              " {34}lq{14}k\\| {34}x *E R R O R !! *x\\| {34}mq{14}j\\|");
+}
+
 TEST(Menu, ABoxIsClosedByAWholeCharacter) {
   const CursesScreen screen;
   std::setlocale(LC_ALL, "C.UTF-8");

@@ -62,7 +62,7 @@ TEST(Charset, WhatOtherSystemsSendIsTheCharacterOfTheSet) {
 TEST(Drawing, NothingOutsideTheWindowAndNothingWraps) {
   const CursesScreen screen;
   const Window win = open_window(3, 8, 0, 0);
-  wprintv(win.get(), "12345678", kAttrNormal, 0, 4);
+  wdisplay_str(win.get(), 0, 4, kAttrNormal, "12345678");
   wprintv_cut(win.get(), "12345678", kAttrNormal, 1, 1, 3);
   for (const auto &[row, col] : {std::pair(3, 0), std::pair(0, 8), std::pair(-1, 0)}) {
     wprintv(win.get(), "x", kAttrNormal, row, col);
@@ -80,7 +80,8 @@ TEST(Drawing, OfTheWholeScreenAndOfAWindow) {
   const CursesScreen screen;
   const Window win = open_window(6, 9, 0, 0);
   fdraw_box(0, 0, 5, 8, kAttrNormal, kSingleLine, kAttrNormal, '.');
-  printv("ab", kAttrNormal, 2, 2);
+  display_str(2, 2, kAttrNormal, "a");
+  putch_char('b', kAttrNormal);
   fdisp_printf(2, 4, kAttrNormal, "%d", 5);
   EXPECT_EQ(rows_of(stdscr, 0, 6), "lqqqqqqqk|x.......x|x.ab5...x|x.......x|x.......x|mqqqqqqqj|");
   wfdraw_box(win.get(), 0, 0, 6, 9, kAttrNormal, kSingleLine, kAttrNormal, '.');
