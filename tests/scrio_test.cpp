@@ -5,7 +5,6 @@
 
 #include <clocale>
 #include <cstring>
-#include <random>
 #include <string>
 
 #include "screen/draw.h"
@@ -207,13 +206,6 @@ TEST(Sequences, EndWhereTheirGrammarSaysHoweverTheyAreCut) {
                             "\033[M!|\033", "\033[1|\303"}) {
     const size_t length = typed.find('|');
     EXPECT_EQ(sequence_length(typed.erase(length, 1)).bytes, length) << typed.substr(1);
-  }
-  std::mt19937 random(1);
-  for (int i = 0; i < 10000; ++i) {
-    std::string typed = "\033";
-    while (sequence_length(typed).bytes == 0 && typed.size() < 100) typed += "\033[O]PM;019~$A \a\\x"[random() % 18];
-    const size_t length = sequence_length(typed).bytes;
-    EXPECT_TRUE(length <= typed.size() && (length == 0 || key_of_sequence(typed.substr(0, length)) >= kNoKey));
   }
 }
 

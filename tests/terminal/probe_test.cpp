@@ -8,38 +8,31 @@ namespace {
 
 void detect(Terminal &t) { t.press({Enter, Enter}); }
 
-TEST(Detection, TakesAConfirmedModelAndPortOver) {
+TEST(Detection, TakesAModelAndPortOverOnceItIsConfirmed) {
   Terminal t;
   if (!start_with_ports(t, {"-0", "absent", "-1", "--answer XXK-TRN010VQ10\\r", "-2", "--model K-TRN010VQ12"},
                         {"-debug"}))
     GTEST_SKIP();
-  detect(t);
-  t.see("/dev/ttyS0:The port is being checked....");
-  t.see("/dev/ttyS2:The port is being checked....", 15000);
-  t.type("\r\r");  // typed while the ports are tried: answers nothing
-  t.see("Is this configuration OK ?", 15000);
-  EXPECT_EQ(t.text(13, 8, 65), "UPS Type:                                         K-TRN010VQ-110 ");
-  EXPECT_EQ(t.text(18, 8, 65), "<ENTER>=OK                                         <ESC>=CANCEL  ");
-  t.press({Space, KeypadEnter});
-  t.see("KAVLON Pro Configuration");
-  EXPECT_EQ(t.find("UPS Type:").row, -1);
-  choose(t, kUps);
-  EXPECT_EQ(t.text(13, 26, 15), "K-TRN010VQ-110 ");
-  EXPECT_EQ(t.text(8, 26, 11), "/dev/ttyS2:");
+  for (const bool confirmed : {false, true}) {
+    detect(t);
+    t.see("/dev/ttyS0:The port is being checked....");
+    t.see("/dev/ttyS2:The port is being checked....", 15000);
+    t.type("\r\r");  // typed while the ports are tried: answers nothing
+    t.see("Is this configuration OK ?", 15000);
+    EXPECT_EQ(t.text(13, 8, 65), "UPS Type:                                         K-TRN010VQ-110 ");
+    EXPECT_EQ(t.text(14, 62, 11), "/dev/ttyS2 ");
+    EXPECT_EQ(t.text(18, 8, 65), "<ENTER>=OK                                         <ESC>=CANCEL  ");
+    t.press({Space, confirmed ? KeypadEnter : Escape});
+    EXPECT_EQ(t.find("UPS Type:").row, -1);
+    choose(t, kUps);
+    EXPECT_EQ(t.text(13, 26, 15), confirmed ? "K-TRN010VQ-110 " : "Unknown        ");
+    EXPECT_EQ(t.text(8, 26, 11), confirmed ? "/dev/ttyS2:" : "/dev/ttyS0:");
+    t.press({Escape, Escape});
+  }
   const std::string trace = t.file("setup.dbg");
   for (const char *line : {"show_probe_win: port[2] returned %MK-TRN010VQ12\r", "ask_for_probe: return 3\n"}) {
     EXPECT_NE(trace.find(line), std::string::npos) << line;
   }
-}
-
-TEST(Detection, ACancelledModelChangesNothing) {
-  Terminal t;
-  if (!start_with_ports(t, {"-0", "--model K-TRN07VQ21"})) GTEST_SKIP();
-  detect(t);
-  t.see("K-TRN007VQ-208", 15000);
-  t.press({Escape});
-  choose(t, kUps);
-  EXPECT_EQ(t.text(13, 26, 7), "Unknown");
 }
 
 TEST(Detection, OffersToTryAgainWhenNoPortAnswers) {

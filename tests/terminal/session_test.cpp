@@ -45,7 +45,17 @@ TEST(Session, EditsANewConfigurationInAllMasksAsKavcfgDoes) {
   Terminal t;
   open_new_session(t);
   choose(t, kUps);
-  t.press({Down, Down, Down, Down});
+  t.press({Down, Down});
+  t.type("   29");
+  for (const Key key : {Down, Tab, Escape, Home}) {
+    t.press({key});
+    t.see("30 <= value <= 9999");
+    t.press({Enter});
+    EXPECT_EQ(t.find("Value must be in range:").row, -1);
+    EXPECT_EQ(t.cursor(), (Position{9, 26}));
+  }
+  t.type("   30");
+  t.press({Down, Down});
   t.type("45  ");
   t.press({Down});
   EXPECT_EQ(t.text(11, 26, 5), "45.0 ");
@@ -75,7 +85,8 @@ TEST(Session, EditsANewConfigurationInAllMasksAsKavcfgDoes) {
   t.press({Down, Enter});
   ASSERT_EQ(t.wait_exit(), 1);
   make_other(t,
-             "kavcfg new UpsModel='Halvoris 700VA K-TSN007' TempCaution=45.0 SysDownAllowed=no LoggingData=0 "
+             "kavcfg new UpsModel='Halvoris 700VA K-TSN007' TempCaution=45.0 DataLoggingRate=30 SysDownAllowed=no "
+             "LoggingData=0 "
              "MailEnableFlag=yes SmtpUser=kav && echo Pass1 | kavcfg set PASSWORD");
   EXPECT_TRUE(t.file("ups.cfg") == t.file("other.cfg")) << t.file("ups.cfg");
   t.start();
@@ -98,8 +109,8 @@ TEST(Session, OptionsAreAbbreviatedAndUnknownOnesExplained) {
   for (const char *options : {"-zorvikx", "-u", "x"}) {
     t.start({.options = {options, "name.ups"}});
     EXPECT_EQ(t.wait_exit(), 0) << options;
-    EXPECT_NE(t.dump().find("kavsetup [-u <dbfile>] [-japanese]"), std::string::npos);
-    EXPECT_NE(t.dump().find("   -u <dbfile>    default is upstyp.ups"), std::string::npos);
+    EXPECT_NE(t.written().find("kavsetup [-u <dbfile>] [-japanese]\r\n\r\n   -u <dbfile>    default is"),
+              std::string::npos);
   }
   t.start({.options = {"-jfoo", "-dx", "-zorvik"}});
   t.see("KAVLON インストール");
@@ -108,25 +119,6 @@ TEST(Session, OptionsAreAbbreviatedAndUnknownOnesExplained) {
   t.press({Escape, Escape});
   t.see("KAVLON インストール");
   EXPECT_NE(t.file("setup.dbg").find("setup/cfgmask: edit_custom_cfg enter\n"), std::string::npos);
-}
-
-TEST(UpsMask, RefusesWhatIsOutOfRangeUntilItIsMended) {
-  Terminal t;
-  open_new_session(t);
-  choose(t, kUps);
-  t.press({Down, Down});
-  t.type("   29");
-  for (const Key key : {Down, Tab, Escape, Home}) {
-    t.press({key});
-    t.see("Value must be in range:");
-    t.see("30 <= value <= 9999");
-    t.press({Enter});
-    EXPECT_EQ(t.find("Value must be in range:"), (Position{-1, -1}));
-    EXPECT_EQ(t.cursor(), (Position{9, 26}));
-  }
-  t.type("   30");
-  t.press({Escape});
-  t.see("KAVLON Pro Configuration");
 }
 
 TEST(UpsMask, AModelBringsItsValuesAlong) {
@@ -204,11 +196,11 @@ Start in_namespace(const std::string &command) {
 }
 
 TEST(FailedSave, IsToldAndLeavesTheFile) {
-  struct Row {
-    const char *cause, *reason;
+  const struct {
+    const char *cause;
+    std::string reason;
     bool is_known_before;
-  };
-  constexpr Row kRows[] = {
+  } kRows[] = {
       // clang-format off
       {"mount --bind ups.cfg ups.cfg && mount -o remount,bind,ro ups.cfg",         "Read-only file system",        true},
       {"mount --bind . . && cd \"$PWD\" && mount -o remount,bind,ro .",            "Read-only file system",        true},
@@ -218,14 +210,13 @@ TEST(FailedSave, IsToldAndLeavesTheFile) {
       {"exec 9>.ups.cfg.lock && flock 9",                                          "another program is saving it", true},
       // clang-format on
   };
-  for (const Row &row : kRows) {
+  for (const auto &[cause, reason, is_known_before] : kRows) {
     Terminal t;
-    t.start(in_namespace(row.cause));
+    t.start(in_namespace(cause));
     if (t.has_ended() && getuid() != 0) GTEST_SKIP();
-    if (t.has_ended() && std::string(row.cause).starts_with("chattr")) continue;  // no such flag on this file system
+    if (t.has_ended() && std::string_view(cause).starts_with("chattr")) continue;  // no such flag on this file system
     choose(t, kUps);
-    const std::string reason = row.reason;
-    EXPECT_EQ(t.find("ups.cfg can not be saved: " + reason).row, row.is_known_before ? 19 : -1) << t.dump();
+    EXPECT_EQ(t.find("ups.cfg can not be saved: " + reason).row, is_known_before ? 19 : -1) << t.dump();
     t.type("Attic");
     t.press({Escape});
     const int bells = t.bells();
