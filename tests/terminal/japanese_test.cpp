@@ -51,8 +51,8 @@ void check_screen(Terminal &t) {
   }
   EXPECT_EQ(shown.find('?'), std::string::npos) << shown;
   EXPECT_EQ(shown.find("\uFFFD"), std::string::npos) << shown;
-  for (int row = 0; row < 23; row++) {
-    for (int column = 0; column < 80; column++) {
+  for (int row = 0; row < 23; ++row) {
+    for (int column = 0; column < 80; ++column) {
       const std::string above = t.cell(row, column).text, below = t.cell(row + 1, column).text;
       EXPECT_TRUE(!is_one_of(above, "│┤├┌┐") || is_one_of(below, "│┤├└┘─┌┐")) << row << "," << column << t.dump();
       EXPECT_TRUE(!is_one_of(below, "│┤├└┘") || is_one_of(above, "│┤├┌┐─└┘")) << row << "," << column << t.dump();
@@ -97,7 +97,7 @@ struct Walk {
 void see_mask(Walk &walk, int entry, int number, int fields, const std::string &lists) {
   choose(walk.t, entry);
   walk.look({keyline_label[1]});
-  for (int field = 0; field < fields; field++) {
+  for (int field = 0; field < fields; ++field) {
     const auto is_field = [&](const HelpText &help) { return help.mask == number && help.field == field; };
     walk.help({std::find_if(HlpTxtArr.begin(), HlpTxtArr.end(), is_field)->text[1]});
     const bool has_list = lists.find(static_cast<char>('0' + field)) != std::string::npos;
@@ -112,7 +112,7 @@ void see_job(Walk &walk, int place, int function) {
   if (function < 0) return void(walk.opens(Enter, {unknown_function_label[1]}));
   walk.t.press({Enter});
   walk.look({piece(func_list[function][1], 2), funcframe_label01[1], funcframe_label04[1]});
-  for (int k = 0; k < std::stoi(piece(func_list[function][1], 5)); k++) {
+  for (int k = 0; k < std::stoi(piece(func_list[function][1], 5)); ++k) {
     if (function == kSyslogFunction && k == 1) continue;  // never edited
     const char *const parameter = funcpar_list[function][k][1];
     walk.look({piece(parameter, 1)});
@@ -138,7 +138,7 @@ void see_events(Walk &walk) {
   walk.t.press({Home});
   choose(walk.t, 7);
   walk.help({hlptxt_label08[1], hlptxt_label09[1]});
-  for (int i = 0; i < 10; i++) see_job(walk, i + 1, kFunctions[i]);
+  for (int i = 0; i < 10; ++i) see_job(walk, i + 1, kFunctions[i]);
   choose(walk.t, 12);
   for (const Label &function : func_list) {
     walk.help({piece(function[1], 2), piece(function[1], 3)});
@@ -204,7 +204,7 @@ TEST(Japanese, EveryScreenIsWholeAndTheSameInBothCharsets) {
   EXPECT_GT(screens.size(), 100u);
   const auto others = see_everything(euc, euc_jp(euc));
   ASSERT_EQ(others.size(), screens.size());
-  for (size_t i = 0; i < screens.size(); i++) EXPECT_EQ(others[i], screens[i]);
+  for (size_t i = 0; i < screens.size(); ++i) EXPECT_EQ(others[i], screens[i]);
   EXPECT_NE(euc.written().find(background_label[1]), std::string::npos) << "EUC-JP bytes";
   other.start({.options = {"-japanese"}, .environment = {"LC_ALL=C"}, .charset = "EUC-JP"});
   EXPECT_EQ(other.screen(), screens[0]) << "bytes go out as they are where the locale has no Japanese";

@@ -10,16 +10,10 @@
 namespace {
 
 TEST(Keyboard, WhatIsNoKeyOfAScreenBeepsAndChangesNothing) {
-  constexpr std::string_view kUnknown[] = {"\033x",
-                                           "\033\r",
-                                           "\033\303\244",
-                                           "\033[24;80R",
-                                           "\033[?62;4c",
-                                           "\033[M 12",
-                                           "\033]11;rgb:0/0/0\033\\",
-                                           "\033[<0;12;7m",
-                                           "\033[99~",
-                                           "\033P>|X\033\\"};
+  // clang-format off
+  constexpr std::string_view kUnknown[] = {"\033x", "\033\r", "\033\303\244", "\033[24;80R", "\033[?62;4c", "\033[99~",
+    "\033[M 12", "\033[<0;12;7m", "\033]11;rgb:0/0/0\033\\", "\033P>|X\033\\"};
+  // clang-format on
   const struct {
     std::vector<Key> way, refused;
   } kScreens[] = {

@@ -188,17 +188,9 @@ TEST(Terminal, IsGivenBackHoweverTheProgramEnds) {
   }
 }
 
-// A shell command that ends in `exec "$0"`, in a mount namespace of its own.
-Start in_namespace(const std::string &command) {
-  return {.options = {"--mount", "/bin/sh", "-c", command + " && exec \"$0\"", KAVSETUP_PROGRAM},
-          .files = {{"ups.cfg", "UpsModel=K-TRN010VQ-100\nUpsLocation=Hall\n"}},
-          .program = "/usr/bin/unshare"};
-}
-
 TEST(FailedSave, IsToldAndLeavesTheFile) {
   const struct {
-    const char *cause;
-    std::string reason;
+    std::string cause, reason;  // what is done before the program starts, in a mount namespace of its own
     bool is_known_before;
   } kRows[] = {
       // clang-format off
@@ -212,9 +204,11 @@ TEST(FailedSave, IsToldAndLeavesTheFile) {
   };
   for (const auto &[cause, reason, is_known_before] : kRows) {
     Terminal t;
-    t.start(in_namespace(cause));
+    t.start({.options = {"--mount", "/bin/sh", "-c", cause + " && exec \"$0\"", KAVSETUP_PROGRAM},
+             .files = {{"ups.cfg", "UpsModel=K-TRN010VQ-100\nUpsLocation=Hall\n"}},
+             .program = "/usr/bin/unshare"});
     if (t.has_ended() && getuid() != 0) GTEST_SKIP();
-    if (t.has_ended() && std::string_view(cause).starts_with("chattr")) continue;  // no such flag on this file system
+    if (t.has_ended() && cause.starts_with("chattr")) continue;  // no such flag on this file system
     choose(t, kUps);
     EXPECT_EQ(t.find("ups.cfg can not be saved: " + reason).row, is_known_before ? 19 : -1) << t.dump();
     t.type("Attic");
@@ -308,10 +302,12 @@ TEST(Unsaved, OutlivesALineThatDropsOnEveryScreenAndNothingElse) {
   }
 }
 
-TEST(Terminal, ComesBackCellForCell) {
+TEST(Terminal, ComesBackCellForCellAndAKeyCostsLittle) {
   Terminal t;
   open_new_session(t);
-  choose(t, kUps);
+  EXPECT_LT(t.measure(Down).bytes, 200u);
+  EXPECT_EQ(t.written().find("\033[37m\033[40m"), std::string::npos) << "colours that are the terminal's own";
+  t.press({Up, Enter});
   t.press({Down, Down, Down, Down, Down, Down, Enter});
   const std::string before = t.screen();
   for (const auto &[rows, columns] : {std::pair{50, 132}, {10, 20}, {24, 40}, {1, 1}, {24, 80}}) {
@@ -331,14 +327,6 @@ TEST(Terminal, ComesBackCellForCell) {
   t.type("\023");  // a key like any other
   t.press({Enter});
   t.see("Halvoris 500VA K-TSN005");
-}
-
-TEST(Terminal, AKeyCostsFewBytesAndEscapeLittleTime) {
-  Terminal t;
-  open_new_session(t);
-  EXPECT_LT(t.measure(Down).bytes, 200u);
-  EXPECT_EQ(t.written().find("\033[37m\033[40m"), std::string::npos) << "colours that are the terminal's own";
-  choose(t, kUps);
   EXPECT_LT(t.measure(Escape).last_output, 250) << "50 ms without the sanitizers on an idle machine";
 }
 
