@@ -8,6 +8,7 @@
 #include "setup/jobs/job_language.h"
 #include "setup/settings/models.h"
 #include "tests/folder.h"
+#include "tests/random_text.h"
 #include "tools/kavcfg/command.h"
 #include "util/text.h"
 
@@ -26,18 +27,6 @@ struct Configurations : testing::Test {
   const auto &one_of(const auto &all) { return all[static_cast<size_t>(up_to(static_cast<int>(std::size(all)) - 1))]; }
 
   // --- what a person could have entered
-
-  std::string random_text(const FieldDescriptor &field) {
-    const int type = is_read_only_field(field.type) ? kFieldText : field.type;  // until another field opens it
-    std::string text;
-    for (int left = up_to(field.length - 1) + 1; left > 0; --left) {
-      const bool is_word = type == kFieldText && up_to(20) == 0;
-      const std::string next = is_word ? "\xE3\x82\xB5" : std::string(1, static_cast<char>(33 + up_to(93)));
-      const auto fits = accepts_character(type, static_cast<int>(text.size()), static_cast<unsigned char>(next[0]));
-      if (fits && text.size() + next.size() <= field.length) text += next;
-    }
-    return text;
-  }
 
   std::string random_jobs(int event) {
     std::vector<std::string> jobs;
@@ -65,7 +54,7 @@ struct Configurations : testing::Test {
       case Kind::job_list:
         return random_jobs(setting.field);
       default:
-        return random_text(place.table[place.field]);
+        return random_text(random, place.table[place.field]);
     }
   }
 
