@@ -2,10 +2,10 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
-#include <tuple>
 #include <vector>
 
 #include "setup/cfgmask/masks.h"
+#include "setup/configuration/changes.h"
 #include "setup/configuration/configuration.h"
 #include "setup/jobs/catalogue.h"
 #include "setup/options.h"
@@ -17,6 +17,7 @@
 #include "util/conversion.h"
 #include "util/files.h"
 #include "util/scramble.h"
+#include "util/trace.h"
 
 namespace {
 
@@ -33,15 +34,12 @@ class Settings : public testing::Test {
   WorkingFolder folder;
 };
 
-std::string text_of(const RecordField &place) {
-  char text[256];
-  return text_in(place, text);
-}
-std::string ups(int field) { return text_of(field_of_mask(kMaskUps, field)); }
-std::string path(int field) { return text_of(field_of_mask(kMaskPaths, field)); }
-std::string mail(int field) { return text_of({&MailRec, MailTabArr, field}); }
+std::string text(const char *key) { return text_of_field(*setting_of_key(key)); }
 
-void put(const RecordField &place, const char *text) { put_field(place.record, place.table, place.field, text); }
+void put(const char *key, const char *text) {
+  const RecordField place = field_of(*setting_of_key(key));
+  put_field(place.record, place.table, place.field, text);
+}
 
 TEST_F(Settings, ANewFileIsWrittenByteForByteAndStaysUntouched) {
   const std::string place = folder.path.string();
@@ -70,25 +68,46 @@ TEST_F(Settings, ANewFileIsWrittenByteForByteAndStaysUntouched) {
   EXPECT_EQ(get_file("ups.cfg"), written);
 }
 
+TEST_F(Settings, TraceTellsTheDefaultsAndHowEachSectionIsSaved) {
+  debugLevel = kTraceDetails + 1;
+  init_new_config_vals();
+  debugLevel = kTraceDetails;
+  save_configuration("ups.cfg");
+  debugLevel = 0;
+  std::string expected;
+  for (const char *value :
+       {"appl_name = |Unknown|", "device_str = |/dev/ttyS0:2400,n,8,1|", "ups_id = |0|", "log_rate = |300|",
+        "log_min = |24|", "log_max = |200|", "ups_name = |Unknown|", "cable_type = |serial|", "ups_power = |1000|",
+        "ups_load = |1000|", "ups_maxholdtime = |10|", "ups_rechargetime = |10|"}) {
+    expected += std::string("cfgmask: init_new_config_vals: ") + value + "\n";
+  }
+  EXPECT_EQ(get_file("setup.dbg"), expected +
+                                       "save_std_cfg() ok\nsave_custom_cfg() ok\nsave_path_cfg() ok\n"
+                                       "save_mail_cfg() ok\nsave_new_event_cfg() ok\n");
+}
+
 TEST_F(Settings, ValuesThatStandOtherwiseInTheFile) {
   put_file("ups.cfg",
            "PASSWORD= \nUpsDownDelay=59\nUpsCable=42\nLoggingData=0\nUpsPower=99999999999\nCheckRate=fast\n");
   ASSERT_EQ(init_config_vals("ups.cfg"), 1);
-  EXPECT_EQ(text_of(field_of_mask(kMaskSystem, kPassword)), "");
+  EXPECT_EQ(text("PASSWORD"), "");
   EXPECT_EQ(CustomRec.ups_shutdown_delay, 0);
-  EXPECT_EQ(ups(kCable), "LAST");
-  EXPECT_EQ(path(kDataLogging), "no");
+  EXPECT_EQ(text("UpsCable"), "LAST");
+  EXPECT_EQ(text("LoggingData"), "no");
   EXPECT_EQ(StdRec.power, INT32_MAX);
   EXPECT_EQ(CustomRec.check_rate, 0);
 
   put_file("ups.cfg", "PASSWORD=SWNL\n");
   ASSERT_EQ(init_config_vals("ups.cfg"), 1);
-  EXPECT_EQ(text_of(field_of_mask(kMaskSystem, kPassword)), "MIRT");
+  EXPECT_EQ(text("PASSWORD"), "MIRT");
   EXPECT_EQ(CustomRec.ups_shutdown_delay, 3);
-
-  StdRec.power = 7;
   EXPECT_EQ(init_config_vals("missing.cfg"), 0);
-  EXPECT_EQ(StdRec.power, 7) << "a file that can't be read changes nothing";
+  EXPECT_EQ(CustomRec.ups_shutdown_delay, 3) << "a file that can't be read changes nothing";
+
+  put("ExtraJob1", "/mine");
+  create_new_cfg = 0;
+  init_new_config_vals();
+  EXPECT_EQ(text("ExtraJob1"), "/mine") << "of a session that had a file";
 }
 
 TEST_F(Settings, NumbersOutOfRangeLeaveTheFileAsItIs) {
@@ -97,46 +116,48 @@ TEST_F(Settings, NumbersOutOfRangeLeaveTheFileAsItIs) {
   CustomRec.check_rate = 601;
   CustomRec.ups_shutdown_delay = 100;
   CustomRec.fixed_down_time = -1;
+  const std::string below =
+      "SysDownAllowed=yes\nSysDownMins=7\nUpsDownEnabled=yes\nUpsRestEnabled=yes\nUpTimeSupport=yes\n";
   ASSERT_EQ(save_custom_cfg("ups.cfg"), 1);
-  const std::string kept = get_file("ups.cfg");
-  for (const char *line :
-       {"CheckRate=5\n", "UpsDownDelay=60\n", "FixedDownTime=4\n", "GarUpTime=3\n", "NetBroadcastRate=30\n"}) {
-    EXPECT_NE(kept.find(line), std::string::npos) << line;
-  }
+  EXPECT_EQ(get_file("ups.cfg"),
+            "CheckRate=5\nUpsDownDelay=60\nFixedDownTime=4\nGarUpTime=3\nNetBroadcastRate=30\nNetTyp=MASTER\n"
+            "PASSWORD=SWNL\n" +
+                below);
   CustomRec.check_rate = 600;
   CustomRec.ups_shutdown_delay = 99;
   CustomRec.fixed_down_time = 1000;
-  put(field_of_mask(kMaskSystem, kPassword), "");
+  put("PASSWORD", "");
   ASSERT_EQ(save_custom_cfg("ups.cfg"), 1);
-  const std::string changed = get_file("ups.cfg");
-  for (const char *line :
-       {"CheckRate=600\n", "UpsDownDelay=5940\n", "FixedDownTime=1000\n", "GarUpTime=1000\n", "PASSWORD= \n"}) {
-    EXPECT_NE(changed.find(line), std::string::npos) << line;
-  }
+  EXPECT_EQ(get_file("ups.cfg"),
+            "CheckRate=600\nUpsDownDelay=5940\nFixedDownTime=1000\nGarUpTime=1000\nNetBroadcastRate=30\nNetTyp=MASTER\n"
+            "PASSWORD= \n" +
+                below);
 }
 
 TEST_F(Settings, ARefusedKeyEndsItsSectionOnly) {
-  put(field_of_mask(kMaskUps, kDevice), "");  // an empty value of a key that the file lacks can't be stored
+  put("UpsDevice", "");  // an empty value of a key that the file lacks can't be stored
+  put("UpsLocation", "here");
+  CustomRec.check_rate = 2;
   EXPECT_EQ(save_configuration("ups.cfg"), 0);
   const std::string written = get_file("ups.cfg");
-  EXPECT_NE(written.find("UpsLocation="), std::string::npos);
-  EXPECT_EQ(written.find("UpsID="), std::string::npos);
-  EXPECT_NE(written.find("CheckRate="), std::string::npos);
-  EXPECT_NE(written.find("Event24="), std::string::npos);
+  EXPECT_TRUE(written.starts_with("#\n#  KAVLON Pro Configuration\n#\n\n\nUpsLocation=here\nNetTyp=MASTER\n"))
+      << written;
+  EXPECT_NE(written.find("\nEvent24="), std::string::npos);
+  StdRec.ups_id = 7;
+  EXPECT_EQ(keep_unsaved("ups.cfg"), 1);
+  EXPECT_EQ(get_file("ups.cfg.unsaved"), std::string(kStoredMark) + "\nUpsID=7\n") << "the others were written";
 }
 
 TEST_F(Settings, TwoThatSaveAtTheSameTimeDoNotMix) {
   std::vector<pid_t> savers;
   for (const char *name : {"left", "right"}) {
-    const pid_t saver = fork();
-    if (saver == 0) {
-      put(field_of_mask(kMaskUps, kLocation), name);
-      put({&MailRec, MailTabArr, kMailSubject}, name);
-      int saved = 1;
-      for (int i = 0; i < 20; i++) saved &= save_configuration("ups.cfg");
-      _exit(saved ? 0 : 1);
-    }
-    savers.push_back(saver);
+    savers.push_back(fork());
+    if (savers.back() > 0) continue;
+    put("UpsLocation", name);
+    put("MailSubject", name);
+    int saved = 1;
+    for (int i = 0; i < 20; i++) saved &= save_configuration("ups.cfg");
+    _exit(saved ? 0 : 1);
   }
   for (const pid_t saver : savers) {
     int status = 0;
@@ -144,7 +165,7 @@ TEST_F(Settings, TwoThatSaveAtTheSameTimeDoNotMix) {
     EXPECT_EQ(status, 0);
   }
   ASSERT_EQ(init_config_vals("ups.cfg"), 1);
-  EXPECT_EQ(ups(kLocation), mail(kMailSubject));
+  EXPECT_EQ(text("UpsLocation"), text("MailSubject"));
 
   SaveLock held, refused;
   ASSERT_EQ(lock_for_saving("ups.cfg", held), 1);
@@ -154,7 +175,7 @@ TEST_F(Settings, TwoThatSaveAtTheSameTimeDoNotMix) {
 TEST_F(Settings, TheBinaryLogFollowsTheDataLog) {
   for (const auto &[name, binary] : {std::pair{"a.b", "a.b"}, {"abcd", "abcd"}, {"abcde", "a.dat"}}) {
     put_file("ups.cfg", "");
-    put(field_of_mask(kMaskPaths, kDataLogFile), name);
+    put("DataLoggingName", name);
     ASSERT_EQ(save_path_cfg("ups.cfg"), 1);
     EXPECT_NE(get_file("ups.cfg").find(std::string("LogFileBin=") + binary + "\n"), std::string::npos) << name;
   }
@@ -165,44 +186,26 @@ TEST_F(Settings, LogPathsStayWithinTheirFields) {
     const WorkingFolder here(directory);
     const std::string place = here.path.string();
     init_new_config_vals();
-    EXPECT_EQ(path(kLogFile), (place.size() <= 18 ? place : "/usr/ups") + "/upslog.csv");
-    EXPECT_EQ(path(kDataLogFile), (place.size() <= 17 ? place : "/usr/ups") + "/upsdata.csv");
-  }
-}
-
-TEST_F(Settings, TemperaturesAreCheckedAsTextAndRewritten) {
-  const std::tuple<int, const char *, const char *, int> cases[] = {
-      {kCautionTemperature, "45", "45.0", 1},   {kCautionTemperature, "60.0", "60.0", 1},
-      {kWarningTemperature, "85.1", "85.1", 0}, {kWarningTemperature, "", "0.0", 0},
-      {kWarningTemperature, "nan", "nan", 0},
-  };
-  for (const auto &[field, typed, shown, accepted] : cases) {
-    put(field_of_mask(kMaskUps, field), typed);
-    EXPECT_EQ(value_check(field, kMaskUps), accepted) << typed;
-    EXPECT_EQ(ups(field), shown);
+    EXPECT_EQ(text("LogFileTxt"), (place.size() <= 18 ? place : "/usr/ups") + "/upslog.csv");
+    EXPECT_EQ(text("DataLoggingName"), (place.size() <= 17 ? place : "/usr/ups") + "/upsdata.csv");
   }
 }
 
 TEST_F(Settings, MailKeysAndDefaults) {
   put_file("ups.cfg", "MailEnableFlag=YES\nSmtpUser=kav\nSmtpHost=mail\n");
   ASSERT_EQ(init_config_vals("ups.cfg"), 1);
-  EXPECT_EQ(mail(kMailSubject), "UPS event");
-  EXPECT_EQ(mail(kMailSignFile), "mailsign.txt");
-  EXPECT_EQ(mail(kSmtpUser), "kav");
-
-  put({&MailRec, MailTabArr, kSmtpPassword}, "secret");
-  put({&MailRec, MailTabArr, kMailFromAddr}, "ups@site");
+  put("SmtpPassword", "secret");
+  put("MailFromAddr", "ups@site");
   ASSERT_EQ(save_mail_cfg("ups.cfg"), 1);
-  const std::string scrambled = encrypt("secret");
   EXPECT_EQ(get_file("ups.cfg"),
             "MailEnableFlag=YES\nSmtpUser=kav\nSmtpHost=mail\nMailSubject=UPS event\nUseMailSign=no\n"
             "MailSignFile=mailsign.txt\nMailFromAddr=ups@site\nSmtpPassword=" +
-                scrambled + "\n");
+                encrypted("secret") + "\n");
   ASSERT_EQ(init_config_vals("ups.cfg"), 1);
-  EXPECT_EQ(mail(kSmtpPassword), "secret");
+  EXPECT_EQ(text("SmtpPassword"), "secret");
 
-  put({&MailRec, MailTabArr, kMailEnableFlag}, "no");
-  put({&MailRec, MailTabArr, kSmtpHost}, "");
+  put("MailEnableFlag", "no");
+  put("SmtpHost", "");
   for (int save = 0; save < 2; ++save) {  // keys that are not there any more can't be erased again: no failure
     ASSERT_EQ(save_mail_cfg("ups.cfg"), 1);
     EXPECT_EQ(get_file("ups.cfg"),
@@ -210,8 +213,8 @@ TEST_F(Settings, MailKeysAndDefaults) {
               "MailSignFile=mailsign.txt\nMailFromAddr=ups@site\n")
         << "without SMTP user and password are erased";
   }
-  put({&MailRec, MailTabArr, kMailEnableFlag}, "yes");
-  put({&MailRec, MailTabArr, kSmtpPassword}, "0");  // turns into a line feed, which no line can hold
+  put("MailEnableFlag", "yes");
+  put("SmtpPassword", "0");  // turns into a line feed, which no line can hold
   ASSERT_EQ(save_mail_cfg("ups.cfg"), 0);
   EXPECT_EQ(get_file("ups.cfg").find("SmtpPassword"), std::string::npos);
 }
