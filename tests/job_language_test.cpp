@@ -1,15 +1,12 @@
 #include "setup/jobs/job_language.h"
 
-#include <cstdlib>
 #include <tuple>
 
 #include "corbix/xconfig.h"
 #include "setup/jobs/email_job.h"
 #include "setup/jobs/event_table.h"
-#include "setup/jobs/job_fields.h"
 #include "setup/settings/settings.h"
 #include "tests/folder.h"
-#include "tests/random_text.h"
 #include "util/text.h"
 #include "util/tokens.h"
 
@@ -187,60 +184,6 @@ TEST_F(Jobs, ChangingAListLeavesItsOtherJobsAsTheyStand) {
   EXPECT_EQ(list_of(3), "LOGMSG(\"a\")O;??;SHUTDOWN(\"2\")O;");
   set_list(3, join_joblist(Texts(32, "j")));
   EXPECT_EQ(append_event_function(3, "j"), 0);
-}
-
-// --- random lists
-
-// A job as it comes out of its mask.
-std::unique_ptr<JobRec> random_job(std::mt19937 &random, int event) {
-  auto job = std::make_unique<JobRec>();
-  fill_function_rec(*job, static_cast<int>(random() % kFunctionCount), event);
-  for (int k = 0; k < job->param_count; ++k) {
-    const FieldDescriptor &field = job_mask(job->function).fields[k];
-    std::string value = random_text(random, field);
-    if (is_read_only_field(field.type)) value = random() % 2 == 0 ? "yes" : "no";
-    if (job->function == kShutdownFunction) value = std::to_string(random() % 5941);
-    if (job->function == kSyslogFunction && k == 0) value = funcframe_label07[random() % kSyslogLevelCount][0];
-    if (job->function == kSyslogFunction && k == 1) value = "100";
-    std::erase_if(value,
-                  [&](char c) { return c == ' ' || (job->function == kEmailFunction && (c == ',' || c == '$')); });
-    cpynstr(job->params[k].value, value.empty() ? "x" : value);
-  }
-  const char *label = funcframe_label02[random() % kTimingCount][language];
-  EXPECT_EQ(set_repeat_value(job->timing, label, std::to_string(random() % 9999999).c_str(), event), 1);
-  return job;
-}
-
-TEST_F(Jobs, RandomListsReadBackToTheSameRecords) {
-  std::mt19937 random(20);
-  const char *wanted = std::getenv("KAV_JOB_LISTS");  // a short run by default; the long one sets 100,000
-  for (int round = 0; round < (wanted == nullptr ? 2000 : std::atoi(wanted)); ++round) {
-    use_language(round % 2);
-    const int event = static_cast<int>(random() % kEventCount);
-    Texts texts;
-    std::vector<Texts> values;
-    for (size_t length = 0; length < kMaxListText - 500; length += texts.back().size() + 1) {
-      const auto job = random() % 5 > 0 ? random_job(random, event) : parsed(R"(?EXECUTEH("$,LOGMSG(")", event);
-      texts.push_back(built(*job));
-      texts.back().pop_back();
-      values.push_back(values_of(*job));
-    }
-    if (texts.size() > kMaxJobs) continue;
-    const std::string list = join_joblist(texts);
-    set_list(event, list);
-    ASSERT_EQ(parse_joblist("", event), static_cast<int>(texts.size()));
-    for (size_t i = 0; i < texts.size(); ++i) {
-      JobRec &read = *ActEvent[i];
-      if (read.function >= 0) {
-        load_function_values(read, event);
-        ASSERT_EQ(save_function_values(read, event), 1) << texts[i];
-      }
-      ASSERT_EQ(values_of(read), values[i]) << texts[i];
-      ASSERT_EQ(built(read), texts[i] + ";");
-      ASSERT_EQ(replace_event_function(event, static_cast<int>(i), built(read)), 1);
-    }
-    ASSERT_EQ(list_of(event), list);
-  }
 }
 
 // --- the lists in the file
