@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <functional>
+#include <random>
 
 #include "setup/configuration/configuration.h"
 #include "setup/jobs/catalogue.h"
@@ -134,19 +135,26 @@ Outcome run_with_fault(const Faults &test, const FaultPlan &plan) {
   return run;
 }
 
-// A run that ends the program, in a process of its own: its status, or 128 and the signal that killed it.
-int status_of_run(const Faults &test, const FaultPlan &plan) {
-  test.lay_out();
+// The status of a process that does `work`, or 128 and the signal that killed it.
+int status_of(const std::function<void()> &work) {
   const pid_t child = fork();
   if (child == 0) {
     if (std::freopen("/dev/null", "w", stderr) == nullptr) _exit(EXIT_FAILURE);
-    plan_faults(plan);
-    [&]() noexcept { test.save_new(); }();  // what is thrown ends it, as it ends the program
+    [&]() noexcept { work(); }();  // what is thrown ends it, as it ends the program
     _exit(EXIT_SUCCESS);
   }
   int status = 0;
   waitpid(child, &status, 0);
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+// A run that ends the program, in a process of its own.
+int status_of_run(const Faults &test, const FaultPlan &plan) {
+  test.lay_out();
+  return status_of([&] {
+    plan_faults(plan);
+    test.save_new();
+  });
 }
 
 // What reaches the disk, and in which order: a power failure finds a whole file, too.
@@ -209,7 +217,6 @@ struct AfterKill : Faults {
 };
 
 // A write before the kill has put one byte into its file.
-// A write before the kill has put one byte into its file.
 TEST_F(AfterKill, BeforeAnySystemCallOfASave) {
   const int kills = count_met([&](int call) {
     const int status = status_of_run(*this, {.call = call - 1, .kill_at_call = call});
@@ -227,6 +234,27 @@ TEST_F(AfterKill, OrAfterADiskHasBroken) {
     expect_recovery();
     return run.met;
   });
+}
+
+// KAV_KILLS: how often; each time in the midst of saves that follow each other without a pause.
+TEST_F(AfterKill, AtRandomMoments) {
+  const char *wanted = std::getenv("KAV_KILLS");
+  const int kills = wanted == nullptr ? 60 : std::atoi(wanted);
+  std::mt19937 random(7);
+  for (const Way next : {renamed, grows_in_place}) {
+    prepare(next);
+    for (int i = 0; i < kills / 2 && !HasFailure(); ++i) {
+      lay_out();
+      const int status = status_of([&] {
+        ualarm(1 + random() % 20000, 0);
+        for (int number = 510;; number = 1230 - number) save(number);
+      });
+      EXPECT_EQ(status, 128 + SIGALRM);
+      expect_recovery();
+      random.discard(1);  // the child's draw
+    }
+  }
+  std::printf("killed %d times; %ld files were left beside the configuration\n", kills, left);
 }
 
 }  // namespace
