@@ -245,13 +245,13 @@ TEST_F(AfterKill, AtRandomMoments) {
     prepare(next);
     for (int i = 0; i < kills / 2 && !HasFailure(); ++i) {
       lay_out();
+      const useconds_t moment = 1 + random() % 20000;
       const int status = status_of([&] {
-        ualarm(1 + random() % 20000, 0);
+        ualarm(moment, 0);
         for (int number = 510;; number = 1230 - number) save(number);
       });
       EXPECT_EQ(status, 128 + SIGALRM);
       expect_recovery();
-      random.discard(1);  // the child's draw
     }
   }
   std::printf("killed %d times; %ld files were left beside the configuration\n", kills, left);
