@@ -12,6 +12,7 @@
 #include "screen/menu.h"
 #include "screen/terminal.h"
 #include "tests/curses_screen.h"
+#include "tests/keyboards.h"
 #include "util/charset.h"
 #include "util/text.h"
 
@@ -141,35 +142,8 @@ TEST(Keys, AsTheyAreHandedOut) {
 }
 
 TEST(Keys, OfEveryKeyboardAreKnownAndNothingElseIsAKey) {
-  const struct {
-    int key;
-    std::vector<std::string> sequences;  // after Escape
-  } rows[] = {
-      // clang-format off
-    // key                normal and application mode, modifiers, older terminals, Alt, keypad
-      {kKeyUp,           {"[A", "OA", "[1;3A", "[a", "Oa"}},
-      {kKeyDown,         {"[B", "OB", "O5B", "\033[B", "[1;5B", "Or"}},
-      {kKeyRight,        {"[C", "OC", "[1;2C", "Oc"}},
-      {kKeyLeft,         {"[D", "OD", "[1;5D", "[5D", "\033OD"}},
-      {kKeyHome,         {"[H", "OH", "[1;5H", "[1~", "[7~", "[7$"}},
-      {kKeyEnd,          {"[F", "OF", "[1;5F", "[4~", "[8~", "[8^"}},
-      {kKeyPreviousPage, {"[5~", "Oy"}},
-      {kKeyNextPage,     {"[6~", "[6;2~", "Os"}},
-      {kKeyInsert,       {"[2~"}},
-      {kKeyDelete,       {"[3~", "[3;5~", "[3@", "On"}},
-      {kKeyBackTab,      {"[Z"}},
-      {kKeyEnter,        {"OM"}},
-      {kKeyF0 + 1,       {"[11~", "OP"}},
-      {kKeyF10,          {"[21~", "[21;5~"}},
-      {kNoKey,           {"x", "\r", ";", "\177", "\303\244"}},                                          // Alt
-      {kNoKey,           {"[24;80R", "[?62;1;4c", "[>41;354;0c", "[?2004;1$y", "[0n", "[I"}},        // answers, focus
-      {kNoKey,           {"]11;rgb:0/0/0\033\\", "]52;c;QUJD\a", "P>|XTerm(380)\033\\", "_x\a"}},  // and long ones
-      {kNoKey,           {"[M 12", "[<0;12;7M", "[<0;12;7m", "[32;12;7M", "[27;5;9~", "[99~", "[[Z"}},  // mouse
-      // clang-format on
-  };
   std::setlocale(LC_ALL, "C.UTF-8");
-  for (const std::string type : {"xterm", "xterm-256color", "linux", "screen-256color", "tmux-256color", "rxvt",
-                                 "vt100", "vt102", "vt220", "ansi"}) {
+  for (const std::string type : kTerminalTypes) {
     const CursesScreen screen(type.c_str());
     initscrio();
     const auto read = [](const std::string &sequence) {
@@ -178,7 +152,7 @@ TEST(Keys, OfEveryKeyboardAreKnownAndNothingElseIsAKey) {
       type_ahead(keys + u'.');
       return inkey();
     };
-    for (const auto &[key, sequences] : rows) {
+    for (const auto &[key, sequences] : kSentByKeyboards) {
       for (const std::string &sequence : sequences) {
         EXPECT_EQ(read(sequence), key == kNoKey ? '.' : key) << type << " " << sequence;
         EXPECT_EQ(key == kNoKey ? '.' : inkey(), '.') << type << " " << sequence;
