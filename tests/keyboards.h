@@ -1,8 +1,7 @@
 // What keyboards, mice and terminals send, on ten types of terminal.
 #pragma once
 
-#include <string>
-#include <vector>
+#include <initializer_list>
 
 #include "screen/keys.h"
 
@@ -10,11 +9,11 @@ inline constexpr const char *kTerminalTypes[] = {"xterm", "xterm-256color", "lin
                                                  "rxvt",  "vt100",          "vt102", "vt220",           "ansi"};
 
 struct SentByKeyboards {
-  int key;                             // kNoKey: nothing that we know
-  std::vector<std::string> sequences;  // after Escape
+  int key;                                        // kNoKey: nothing that we know
+  std::initializer_list<const char *> sequences;  // after Escape
 };
 
-inline const SentByKeyboards kSentByKeyboards[] = {
+inline constexpr SentByKeyboards kSentByKeyboards[] = {
     // clang-format off
     // key                normal and application mode, modifiers, older terminals, Alt, keypad
     {kKeyUp,           {"[A", "OA", "[1;3A", "[a", "Oa"}},

@@ -153,7 +153,7 @@ TEST(Keys, OfEveryKeyboardAreKnownAndNothingElseIsAKey) {
       return inkey();
     };
     for (const auto &[key, sequences] : kSentByKeyboards) {
-      for (const std::string &sequence : sequences) {
+      for (const std::string sequence : sequences) {
         EXPECT_EQ(read(sequence), key == kNoKey ? '.' : key) << type << " " << sequence;
         EXPECT_EQ(key == kNoKey ? '.' : inkey(), '.') << type << " " << sequence;
       }

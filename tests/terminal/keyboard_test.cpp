@@ -33,7 +33,7 @@ TEST(Keyboard, WhatIsNoKeyOfAScreenBeepsAndChangesNothing) {
       for (const auto &[key, sequences] : kSentByKeyboards) {
         const bool is_refused = key == kNoKey || std::ranges::count(refused, key) > 0;
         if (key == kKeyEnter || key == kKeyF10 || (is_box && !is_refused)) continue;
-        for (const std::string &sequence : sequences) {
+        for (const std::string sequence : sequences) {
           const auto before = std::tuple(t.screen(), t.cursor(), t.bells() + is_refused);
           t.type("\033" + sequence);
           const auto after = std::tuple(t.screen(), t.cursor(), t.bells());
