@@ -41,6 +41,20 @@ TEST(Base64, DecodingTakesWhatIsComplete) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "decodeBase64: impossible quantum position");
 }
 
+std::string many_bytes(size_t count) {
+  std::string bytes;
+  for (size_t i = 0; i < count; ++i) bytes += static_cast<char>(i * i / 7);
+  return bytes;
+}
+
+TEST(Base64, AnyBytesComeBackAndAnyTextIsDecodedWithoutHarm) {
+  const std::string bytes = many_bytes(2000);
+  for (size_t size = 0; size < 300; ++size) EXPECT_EQ(decoded(encoded(bytes, size)), bytes.substr(0, size));
+  testing::internal::CaptureStderr();
+  for (size_t begin = 0; begin < bytes.size(); ++begin) decoded(bytes.substr(begin, 20));
+  testing::internal::GetCapturedStderr();
+}
+
 TEST(Base64, EncodingTakesNoMoreThanItIsGiven) {
   const char *const cases[] = {"\r\n", "QQ==\r\n", "QUI=\r\n", "QUJD\r\n", "QUJDRA==\r\n"};
   for (size_t size = 0; size < std::size(cases); ++size) EXPECT_EQ(encoded("ABCDE", size), cases[size]);
@@ -72,13 +86,17 @@ TEST(Mime, HeadersAreRead) {
     EXPECT_EQ(mimeCodeReadHeader(stream.get(), encoding, sizeof encoding, name, sizeof name), result) << header;
     EXPECT_STREQ(encoding, expected_encoding);
     EXPECT_STREQ(name, expected_name);
+    for (size_t size = 0; size < 12; ++size) {  // nothing is written after the buffers
+      std::vector<char> small(size), other(12 - size);
+      std::rewind(stream.get());
+      mimeCodeReadHeader(stream.get(), small.data(), static_cast<int>(size), other.data(), static_cast<int>(12 - size));
+    }
   }
 }
 
 TEST(Mime, FilesThereAndBack) {
   const WorkingFolder folder;
-  std::string data;
-  for (unsigned i = 0; i < 100'000; ++i) data += static_cast<char>(i * i / 7);
+  const std::string data = many_bytes(100'000);
   put_file("data", data);
   const std::string text = encoded(data, data.size());
   EXPECT_EQ(FileBase64Codec(1, "data", "text"), static_cast<long>(text.size()));
