@@ -177,9 +177,9 @@ TEST_F(Profile, OpensAndClosesAsPromised) {
   EXPECT_TRUE(CORBXCheckInterfaceVersion("1.1.0.0") == 1 && CORBXCheckInterfaceVersion("1.6.1.1") == 0);
   EXPECT_EQ(XAppendVersionErr(nullptr, 8, "a", "b") + XAppendVersionErr(errors, 8, "a", nullptr), 0);
   EXPECT_EQ(CORBXCheckInterfaceVersion(nullptr) + WriteInitialLine("p", nullptr, kWriteText), 0);
-  for (const char *name : {"missing", ".", "none/p", static_cast<const char *>(nullptr)}) {
-    EXPECT_EQ(XOpenProfile(name, kReadText), 0);
-    EXPECT_TRUE(name == "missing"s || XOpenProfile(name, kWriteText) == 0);
+  EXPECT_EQ(XOpenProfile("missing", kReadText), 0);
+  for (const char *name : {".", "none/p", static_cast<const char *>(nullptr)}) {
+    EXPECT_EQ(XOpenProfile(name, kReadText) + XOpenProfile(name, kWriteText), 0);
   }
   for (const int mode : {-1, 0, 15}) EXPECT_EQ(XOpenProfile("p", mode), 0);
   ProfileText line;
