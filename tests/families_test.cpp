@@ -123,6 +123,9 @@ TEST_F(Families, FindVariables) {
   EXPECT_EQ(line_of(variable), "3|LOAD|Load of all|%|1");
   EXPECT_EQ(UpsGetAtDbVarInfoFromVarName(variable, "none"), 0);
   EXPECT_EQ(line_of(variable), "0||||0");
+  UpsCloseDb();
+  const OpenDatabase other("[VARIABLEN]\n4|NEW|New|-|0\n");
+  EXPECT_EQ(UpsGetAtDbVarInfoFromVarID(variable, 1), 0) << "of the other database";
 }
 
 TEST_F(Families, AppendCode) {

@@ -106,9 +106,11 @@ TEST_F(Files, AttributesAreKept) {
 
 TEST_F(Files, AreSavedByOneAtATime) {
   fs::create_symlink(kFile, "link");
-  {
+  for (const mode_t mode : {0644, 0664}) {  // who may write the file may take the lock
+    chmod(kFile, mode);
     SaveLock lock, second;
     ASSERT_EQ(lock_for_saving("link", lock), 1);
+    EXPECT_EQ(state_of(".ups.cfg.lock").st_mode & 0777, mode == 0664 ? 0660U : 0600U);
     EXPECT_EQ(is_saved_now("link"), 1);
     EXPECT_EQ(lock_for_saving(kFile, second, 30), 0);
     EXPECT_EQ(errno, EWOULDBLOCK);

@@ -42,6 +42,7 @@ TEST(Check, NamesTheFault) {
       {"|0x805C|0|3000|10", "|0xG05C|0|3000|10", "UPS", "5 code", "'0xG05C' is not a number from 0x0000 to 0xFFFF", 1},
       {"|0x805C|0|3000|10", "|0x805C|0|30o0|10", "UPS", "7 power", "'30o0' is not a number", 1},
       {"33|\"%B\"", "33|", "INFO_ZELK", "1 request", "missing", 1},
+      {"2|INPUT_FREQUENCY", "1|INPUT_FREQUENCY", "VARIABLEN", "0 variable", "'1' is in line 68 already", 3},
       {"[VARIABLEN]", "[VARIABLES]", "VARIABLES", "section", "nothing leads here", 2},
       {"VITAL_ZELK|", "NONE|", "UPS", "15 vital section", "section 'NONE' of 'ZELK K-TSN030-200' is missing", 2},
       {"33|\"%B\"", "33|%B|x", "INFO_ZELK", "get-info entry", "3 fields, not 2 at most", 1},

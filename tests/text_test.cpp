@@ -164,12 +164,13 @@ TEST_F(TextFiles, AreConvertedUpToTheFirstLineThatIsInvalid) {
 }
 
 TEST_F(TextFiles, TraceIsWrittenWhileItIsAskedFor) {
-  for (const int32_t level : {0, 1, 10}) {
+  for (const int32_t level : {0, kTraceResults, 10}) {
     debugLevel = level;
+    trace_enter("module", "function");
     myfprintf("%d%s\n", level, std::string(level == 10 ? 3000 : 0, 'x').c_str());
   }
   debugLevel = 0;
-  EXPECT_EQ(get_file("setup.dbg"), "1\n10" + std::string(2045, 'x'));
+  EXPECT_EQ(get_file("setup.dbg"), "5\nmodule: function enter\n10" + std::string(2045, 'x'));
 }
 
 TEST_F(TextFiles, MessagesAreCountedFromTheStartOfTheLine) {

@@ -148,6 +148,7 @@ TEST(Version, TextThatFillsItsBufferHasNoTerminatorAndOemZeroIsOne) {
   char text[12] = "";
   EXPECT_EQ(UpsParseVersionInfoStr(&parsed, " 7.-3a.9") + UpsBuildVersionInfoStr(text, sizeof text, &parsed), 2);
   EXPECT_STREQ(text, "7.-3.0.0");
+  EXPECT_EQ(UpsBuildVersionInfoStr(text, sizeof text, nullptr) + UpsBuildVersionInfoStr(nullptr, 9, &parsed), 0);
   EXPECT_EQ(UpsIsCompatibleVersionInfo(&parsed, &info.version) + UpsIsCompatibleVersionInfo(&parsed, nullptr), 0);
   EXPECT_EQ(UpsIsCompatibleVersionInfo(&info.version, &info.version), 1);
   std::fill_n(text, 11, '?');
