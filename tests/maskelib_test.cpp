@@ -199,6 +199,8 @@ TEST(Edit, PassesOverASkipFieldAwayFromTheFieldEditedLast) {
   for (const auto &[field, key] : {std::pair(0, 9), {1, 258}, {2, 9}, {1, 259}, {1, 259}, {0, 9}, {1, 258}, {3, 27}}) {
     EXPECT_EQ(edit_field(screen.win.get(), rec, tab, field), key) << field;
   }
+  for (const int n : {5, 6}) dobeep(n);
+  EXPECT_EQ(screen.bells(), 1);
 }
 
 TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {
@@ -224,7 +226,8 @@ TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {
   FieldDescriptor none[kTemplateTable];
   EXPECT_EQ(show_tmask(win, "mask", none, kAttrNormal, 3, 2, 70, 6), 0);
   EXPECT_EQ(row_of(win, 4), "     == ##");
-  EXPECT_EQ(show_mask(win, "mask", none, kAttrNormal) + show_mask(win, "missing", none, kAttrNormal), -1);
+  for (const auto &[mask, result] : {std::pair("mask", 0), {"missing", -1}, {".", -1}})
+    EXPECT_EQ(show_mask(win, mask, none, kAttrNormal), result) << mask;
   EXPECT_EQ(row_of(win, 0), "==========");
   EXPECT_EQ(std::string(Edit_screen, kImageSize), shown_mask);
 }

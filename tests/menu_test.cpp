@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstdio>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <tuple>
 
@@ -16,55 +18,55 @@
 
 namespace {
 
-struct TestList {
-  StringNode *first = nullptr;
-  explicit TestList(int count) {
-    for (int i = 1; i <= count; ++i) {
-      StringNode *const node =
-          Insert_String(first, ("e" + std::to_string(i)).c_str(), 100 + i, kAttrNormal, kAttrHighlight, i, 2, 12);
-      if (first == nullptr) first = node;
-    }
+using TestList = std::unique_ptr<StringNode, int (*)(StringNode *)>;
+
+TestList list_of(int count) {
+  TestList list(nullptr, RemoveFullList);
+  for (int i = 1; i <= count; ++i) {
+    StringNode *const node =
+        Insert_String(list.get(), ("e" + std::to_string(i)).c_str(), 100 + i, kAttrNormal, kAttrHighlight, i, 2, 12);
+    if (list == nullptr) list.reset(node);
   }
-  TestList(const TestList &) = delete;
-  TestList &operator=(const TestList &) = delete;
-  ~TestList() { RemoveFullList(first); }
-};
+  return list;
+}
 
 // --- lists
 
 TEST(List, PositionsStayWhenAnEntryIsRemoved) {
-  TestList list(3);
-  EXPECT_EQ(Remove_String(list.first, 2), 1);
+  const TestList list = list_of(3);
+  EXPECT_EQ(Remove_String(list.get(), 2), 1);
   EXPECT_EQ(Remove_String(nullptr, 2) + RemoveFullList(nullptr), 0);
-  EXPECT_EQ(get_next(list.first)->num, 3);
-  EXPECT_EQ(get_next(list.first)->prev, list.first);
-  EXPECT_EQ(get_last_entry_num(list.first), 3);
-  EXPECT_EQ(get_last_one(list.first, 1)->num, 2);
-  Insert_String(list.first, std::string(200, 'x').c_str(), 0, 0, 0, 0, 0, 0);
-  EXPECT_EQ(get_last_entry_num(list.first), 3);
-  EXPECT_EQ(std::strlen(get_last_one(list.first, 0)->text), 83u);
+  EXPECT_EQ(get_next(list.get())->num, 3);
+  EXPECT_EQ(get_next(list.get())->prev, list.get());
+  EXPECT_EQ(get_last_entry_num(list.get()), 3);
+  EXPECT_EQ(get_last_one(list.get(), 1)->num, 2);
+  Insert_String(list.get(), std::string(200, 'x').c_str(), 0, 0, 0, 0, 0, 0);
+  EXPECT_EQ(get_last_entry_num(list.get()), 3);
+  EXPECT_EQ(std::strlen(get_last_one(list.get(), 0)->text), 83u);
   char text[84] = "-";
-  EXPECT_EQ(get_element_by_num(list.first, 4, text), list.first);
+  EXPECT_EQ(get_element_by_num(list.get(), 4, text), list.get());
   EXPECT_STREQ(text, "-");
-  EXPECT_EQ(get_element_by_strid(list.first, 103, text)->num, 2);
-  EXPECT_EQ(get_strid_by_num(list.first, 0), 101);
-  EXPECT_EQ(get_strid_by_num(list.first, 4), -1);
+  EXPECT_EQ(get_element_by_strid(list.get(), 103, text)->num, 2);
+  EXPECT_EQ(get_strid_by_num(list.get(), 0), 101);
+  EXPECT_EQ(get_strid_by_num(list.get(), 4), -1);
 }
 
 TEST(List, EntriesStandInTheirPlaces) {
   const CursesScreen screen;
-  TestList list(3);
+  const TestList list = list_of(3);
   const Window win = open_window(4, 14, 0, 0);
-  for (const int align : {kLeft, kRight, kCentred}) DrawStringFromList(win.get(), list.first, align, 0, align);
-  EXPECT_EQ(DrawStringFromListInList(win.get(), list.first, 2, 0, 0, 4, 5, kCentred), 102);
+  for (const int align : {kLeft, kRight, kCentred}) DrawStringFromList(win.get(), list.get(), align, 0, align);
+  EXPECT_EQ(DrawStringFromListInList(win.get(), list.get(), 2, 0, 0, 4, 5, kCentred), 102);
   EXPECT_EQ(rows_of(win.get()), "     e2|  e1|          e2|     e3|");
-  EXPECT_EQ(DrawStringFromList(win.get(), list.first, 4, 0, kLeft), 0);
-  EXPECT_EQ(DrawFullStringBox(win.get(), list.first, 2, kCentred), 102);
+  EXPECT_EQ(DrawStringFromList(win.get(), list.get(), 4, 0, kLeft), 0);
+  EXPECT_EQ(DrawFullStringBox(win.get(), list.get(), 2, kCentred), 102);
   EXPECT_EQ(rows_of(newscr, 0, 4), "     e2|  e1 e1|     e2   e2|     e3|");
-  EXPECT_EQ(DrawFullStringListBox(win.get(), list.first, 2, 1, 2, 2, 6, 2, kRight), 102);
+  EXPECT_EQ(DrawFullStringListBox(win.get(), list.get(), 2, 1, 2, 2, 6, 2, kRight), 102);
   EXPECT_EQ(rows_of(newscr, 0, 4), "     e2|  e1 e1|      e2  e2|      e3|");
+  EXPECT_EQ(DrawFullStringBox(win.get(), list.get(), 9, kLeft), 0);
+  EXPECT_EQ(DrawFullStringListBox(win.get(), list.get(), 1, 9, 2, 2, 6, 2, kLeft), 0);
   type_ahead({'a', 'b', 'c', 'd'});
-  DumpList(list.first);
+  DumpList(list.get());
   EXPECT_EQ(inkey(), 'd');
 }
 

@@ -69,7 +69,8 @@ TEST(Drawing, NothingOutsideTheWindowAndNothingWraps) {
     wputcharv(win.get(), 'x', kAttrNormal, row, col);
   }
   wfdisp_printf(win.get(), 2, 0, kAttrNormal, "%s\n%d", "\033", 7);
-  EXPECT_EQ(rows_of(win.get()), "    1234| 123|??7|");
+  wputcharv(win.get(), '\a', kAttrNormal, 2, 4);
+  EXPECT_EQ(rows_of(win.get()), "    1234| 123|??7 ?|");
   const Window corner = open_window(0, 0, 30, 90);  // it fits on the screen, too
   EXPECT_EQ(getmaxy(corner.get()) + getbegy(corner.get()), kScreenRows);
   EXPECT_EQ(getmaxx(corner.get()) + getbegx(corner.get()), kScreenColumns);
@@ -88,7 +89,8 @@ TEST(Drawing, OfTheWholeScreenAndOfAWindow) {
   wfdraw_separator(win.get(), 2, kAttrNormal);
   wfdraw_line(win.get(), 3, 1, 2, 3, '-', kAttrNormal);
   wc_set_pos(win.get(), 1, 1);
-  wputch_char(win.get(), 'x', kAttrNormal);
+  wputch_char(win.get(), 'x', kAttrHighlight);
+  EXPECT_EQ(mvwinch(win.get(), 1, 1) & A_ATTRIBUTES, static_cast<chtype>(kAttrHighlight));
   EXPECT_EQ(rows_of(win.get()), "lqqqqqqqk|xx......x|tqqqqqqqu|x---....x|x-......x|mqqqqqqqj|");
   std::setlocale(LC_ALL, "C.UTF-8");
   DrawMenuFrame(win.get(), kAttrNormal, "a|bc", kDoubleLine);
@@ -101,6 +103,8 @@ TEST(Drawing, OfTheWholeScreenAndOfAWindow) {
 TEST(Drawing, ClearingLeavesColumn79) {
   const CursesScreen screen;
   ffill_area(0, 0, 23, 79, 'x', kAttrNormal);
+  cls_on(21, 2, 23, 80, kAttrNormal);
+  EXPECT_EQ(rows_of(stdscr, 21, 3), "xx|xx|" + std::string(80, 'x') + "|");
   cls();
   for (const int row : {0, 23}) EXPECT_EQ(row_of(stdscr, row), std::string(79, ' ') + "x");
 }
@@ -131,10 +135,11 @@ TEST(Keys, AsTheyAreHandedOut) {
   adopt_terminal_size(10, 40);  // windows keep their places whatever the size
   type_ahead({127, 'a', KEY_UP, 0x103, 'k', 'x'});
   for (const int key : {kKeyBackspace, int{'a'}, kKeyUp}) EXPECT_EQ(inkey(), key);
+  c_set_pos(2, 5);
   int scan = -1;
   EXPECT_EQ(inkeysys(&scan), 3);
   EXPECT_TRUE(scan == 1 && kbhit() == 1 && inkeye(0) == 'k' && inkeyx() == 'x');
-  EXPECT_EQ(row_of(stdscr, 0, 0, 1), "k");
+  EXPECT_EQ(row_of(stdscr, 2, 5, 1), "k");
   type_ahead({'a', 'b'});
   drop_typed_keys();
   type_ahead({'c'});
@@ -204,7 +209,7 @@ TEST(LineInput, EditsAndEndsByItsForm) {
       {true, "ab", {8, 8, 8, 'x', 10}, 10, "x", "x    #"},
       {true, "too long", {'x', kKeyEscape}, kKeyEscape, "too long", "too long#"},
       {true, "too long", {8, 'x', 'y', kKeyEnter}, kKeyEnter, "too x", "too x"},
-      {true, "", {127, '?', '~', kKeyTab}, kKeyTab, "?~", "?~   #"},
+      {true, "", {127, '?', ' ', '~', kKeyTab}, kKeyTab, "? ~", "? ~  #"},
       {true, "ab", {kKeyTab}, kKeyTab, "ab", "ab   #"},
       // on the screen Return and Escape only, and one cell more is blanked
       {false, "ab", {kKeyUp, 'c', 10, kKeyReturn}, kKeyReturn, "abc", "abc   #"},

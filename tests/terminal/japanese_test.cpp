@@ -189,6 +189,7 @@ std::vector<std::string> see_everything(Terminal &t, const Start &how) {
   std::filesystem::create_directory(t.path("ups.cfg"));
   walk.start();
   walk.look({"ups.cfg" + std::string(file_missing_label[1] + 2)});
+  EXPECT_EQ(t.text(10, 46, 5), "   │#");
   return walk.screens;
 }
 

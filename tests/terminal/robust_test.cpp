@@ -99,6 +99,8 @@ TEST(LostTerminal, EndsTheProgramAlsoWhenItsSignalIsIgnored) {
     t.start(
         {.options = {"-c", command, KAVSETUP_PROGRAM}, .files = {{"ups.cfg", "UpsPower=500\n"}}, .program = "/bin/sh"});
     t.press({Down, Enter, Down, Down, Down});
+    if (command[0] == 't') t.send_signal(SIGHUP);
+    EXPECT_FALSE(t.has_ended()) << command;
     t.hang_up();
     EXPECT_EQ(t.wait_exit(1000), 1) << command << ": takes 100 ms without the sanitizers on an idle machine";
     EXPECT_EQ(t.file("ups.cfg"), "UpsPower=500\n");

@@ -34,16 +34,13 @@ TEST(Session, WritesNothingUnlessItIsSavedAndEndsThroughTheExitEntryOnly) {
   EXPECT_EQ(t.file("ups.cfg"), "UpsID=1\n");
 }
 
-// Makes the file other.cfg by commands for kavcfg.
+// Makes or changes the file other.cfg by commands for kavcfg.
 void make_other(const Terminal &t, const std::string &commands) {
-  EXPECT_EQ(
-      run_shell("cd " + t.directory() + "; kavcfg() { '" KAVCFG_PROGRAM "' -f other.cfg \"$@\"; }; " + commands).status,
-      0);
+  const std::string kavcfg = "kavcfg() { '" KAVCFG_PROGRAM "' -f other.cfg \"$@\"; }; ";
+  EXPECT_EQ(run_shell("cd " + t.directory() + "; " + kavcfg + commands).status, 0);
 }
 
-TEST(Session, EditsANewConfigurationInAllMasksAsKavcfgDoes) {
-  Terminal t;
-  open_new_session(t);
+void edit_ups_mask(Terminal &t) {
   choose(t, kUps);
   t.press({Down, Down});
   t.type("   29");
@@ -60,6 +57,12 @@ TEST(Session, EditsANewConfigurationInAllMasksAsKavcfgDoes) {
   t.press({Down});
   EXPECT_EQ(t.text(11, 26, 5), "45.0 ");
   t.press({Down, Enter, Down, Enter, F10});
+}
+
+TEST(Session, EditsANewConfigurationInAllMasksAsKavcfgDoes) {
+  Terminal t;
+  open_new_session(t);
+  edit_ups_mask(t);
   choose(t, kSystem);
   t.type("Pass1            ");
   t.press({Home, Down, Down, Enter});
@@ -86,8 +89,7 @@ TEST(Session, EditsANewConfigurationInAllMasksAsKavcfgDoes) {
   ASSERT_EQ(t.wait_exit(), 1);
   make_other(t,
              "kavcfg new UpsModel='Halvoris 700VA K-TSN007' TempCaution=45.0 DataLoggingRate=30 SysDownAllowed=no "
-             "LoggingData=0 "
-             "MailEnableFlag=yes SmtpUser=kav && echo Pass1 | kavcfg set PASSWORD");
+             "LoggingData=0 MailEnableFlag=yes SmtpUser=kav; echo Pass1 | kavcfg set PASSWORD");
   EXPECT_TRUE(t.file("ups.cfg") == t.file("other.cfg")) << t.file("ups.cfg");
   t.start();
   choose(t, kUps);
@@ -317,6 +319,7 @@ TEST(Terminal, ComesBackCellForCellAndAKeyCostsLittle) {
   EXPECT_EQ(t.screen(), before);
   t.press({ControlZ});
   EXPECT_TRUE(t.given_back());
+  EXPECT_GT(t.written().rfind("\033[?2004l"), t.written().rfind("\033[?2004h")) << "pastes are marked no longer";
   t.send_signal(SIGCONT);
   t.settle();
   EXPECT_EQ(t.screen(), before);
