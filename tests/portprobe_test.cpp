@@ -6,12 +6,12 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
-#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstring>
 #include <ctime>
 #include <thread>
+#include <tuple>
 
 #include "tests/folder.h"
 #include "unixtools/linesettings.h"
@@ -40,12 +40,12 @@ struct Pty {
     EXPECT_EQ(grantpt(ups.number) + unlockpt(ups.number), 0);
     path = ptsname(ups.number);
     port = open(path.c_str(), O_RDWR | O_NOCTTY);
-    std::array<uint32_t, 11> kernel{};  // 4 words of flags, 5 of characters, 2 speeds
     EXPECT_EQ(get_line_settings(port, before), 1);
-    std::memcpy(kernel.data(), before.kernel.data(), sizeof kernel);
+    uint32_t kernel[11];  // 4 words of flags, 5 of characters, 2 speeds
+    std::memcpy(kernel, before.kernel.data(), sizeof kernel);
     kernel[2] = (kernel[2] & ~0010017U) | 0010000U;  // control flags: the speed stands elsewhere
     kernel[9] = kernel[10] = 31250;
-    std::memcpy(before.kernel.data(), kernel.data(), sizeof kernel);
+    std::memcpy(before.kernel.data(), kernel, sizeof kernel);
     EXPECT_EQ(set_line_settings(port, before), 1);
     EXPECT_TRUE(has_settings_back());
   }
@@ -81,24 +81,19 @@ TEST(LockFile, HoldsThePortUnlessItsProcessIsKnownToBeGone) {
   const pid_t gone = fork();
   if (gone == 0) _exit(0);
   waitpid(gone, nullptr, 0);
-  const string dead = std::to_string(gone);
-  const struct {
-    string content;
-    int code;
-    string text;
-  } cases[] = {
+  const std::tuple<string, int, string> cases[] = {
       {"    " + own + "\n", -5, "locked to " + own},
-      {"     " + dead + "\n", 1, ""},
+      {"     " + std::to_string(gone) + "\n", 1, ""},
       {string(31, ' ') + "19999999", -5, "locked to 1"},  // 32 bytes are read
       {"no digit\n", -5, "locked to "},
       {"-1", -5, "locked to 1"},
       {"2147483648", -5, "locked to 2147483648"},
       {string(40, '7'), -5, "locked to " + string(31, '7')},
   };
-  for (const auto &row : cases) {
-    put_file("lock", row.content);
-    EXPECT_EQ(check("lock"), (Result{row.code, row.text})) << row.content;
-    EXPECT_EQ(get_file("lock"), row.content);
+  for (const auto &[content, code, text] : cases) {
+    put_file("lock", content);
+    EXPECT_EQ(check("lock"), (Result{code, text})) << content;
+    EXPECT_EQ(get_file("lock"), content);
   }
   EXPECT_EQ(check("missing"), (Result{1, ""}));
   EXPECT_EQ(check("lock/lock"), (Result{-3, "open(): Not a directory"}));
@@ -134,11 +129,8 @@ TEST(PortAnswer, IsWhatCameUntilASecondOfSilenceOr128Bytes) {
   const auto before = open_descriptors();
   string many;
   while (many.size() < kMaxAnswer) many += "%M1234\r";
-  const struct {
-    string options;
-    int size, code;
-    string text;
-  } cases[] = {
+  const std::tuple<string, int, int, string> cases[] = {
+      // options                                  size  code  answer
       {"--burst 5 --pause 600 --model K-TRN010VQ12", 512, 1, "%MK-TRN010VQ12\r"},
       {"--delay 700 --answer 'XM K-TSN005\\n'", 512, 1, "XM K-TSN005\n"},
       {"--answer '\\xff\\rK\\x00TSN'", 512, 1, "\xff\rK"},
@@ -146,13 +138,13 @@ TEST(PortAnswer, IsWhatCameUntilASecondOfSilenceOr128Bytes) {
       {"--model 1234 --length 128", 128, 1, ""},
       {"--model 1234 --chatter", 129, 1, many.substr(0, 128)},
   };
-  for (const auto &row : cases) {
-    const string command = UPSSIM_PROGRAM " --requests 1 " + row.options;
+  for (const auto &[options, size, code, text] : cases) {
+    const string command = UPSSIM_PROGRAM " --requests 1 " + options;
     FILE *simulator = popen(command.c_str(), "r");  // NOLINT(cert-env33-c): only rows of this table
     char path[64] = "";
     ASSERT_EQ(std::fscanf(simulator, "%63s", path), 1);
-    EXPECT_EQ(probe(path + std::strlen("/dev/"), row.size), (Result{row.code, row.text})) << row.options;
-    EXPECT_EQ(pclose(simulator), 0) << row.options;
+    EXPECT_EQ(probe(path + std::strlen("/dev/"), size), (Result{code, text})) << options;
+    EXPECT_EQ(pclose(simulator), 0) << options;
   }
   EXPECT_EQ(open_descriptors(), before);
 }
@@ -201,21 +193,17 @@ TEST(PortFailure, AHangUpEndsTheAnswerAndStillGivesTheSettingsBack) {
 
 TEST(PortFailure, ASignalThatEndsTheProgramGivesTheSettingsBack) {
   const Pty pty;
-  const pid_t child = fork();
-  if (child == 0) {
+  const auto probe_and_end = [&] {
     std::signal(SIGTERM, [](int) {
       restore_probed_port();
       _exit(0);
     });
+    std::thread([&] {
+      if (pty.gets_request() && !pty.has_settings_back()) kill(getpid(), SIGTERM);
+    }).detach();
     probe(pty.name());
-    _exit(1);
-  }
-  ASSERT_TRUE(pty.gets_request());
-  EXPECT_FALSE(pty.has_settings_back());
-  kill(child, SIGTERM);
-  int status = -1;
-  waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0);
+  };
+  EXPECT_EXIT(probe_and_end(), testing::ExitedWithCode(0), "");
   EXPECT_TRUE(pty.has_settings_back());
 }
 
