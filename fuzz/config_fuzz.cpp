@@ -7,10 +7,6 @@
 #include "corbix/xconfig.h"
 #include "fuzz/fuzz.h"
 #include "setup/configuration/configuration.h"
-#include "setup/jobs/catalogue.h"
-#include "setup/session.h"
-#include "setup/settings/mail.h"
-#include "setup/settings/settings.h"
 #include "util/language.h"
 
 namespace {
@@ -38,9 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   static const FuzzFile file("config");
   if (size < 2) return 0;  // an empty file gets a first line
   language = data[0] & 1;
-  init_tab();
-  init_mail_tab();
-  init_function_tab();
+  init_all_tabs();
   const std::string content = text_of_bytes(data + 1, size - 1);
   file.hold(content);
   load_and_save(file);
