@@ -131,26 +131,12 @@ TEST_F(Jobs, TimingThroughTheTwoFields) {
   }
 }
 
-TEST_F(Jobs, EmailBlocksInBothDirections) {
-  const std::pair<Texts, std::string> cases[] = {
-      {{"R", "X", "yes", "no", "no", "no"}, R"(${#USEDATAEX?,"-attach","#LOGFILEBINEX"}${}${}${})"},
-      {{"", "cost: $5", "yes", "yes", "yes", "yes"},
-       R"(${#USEDATAEX?,"-attach","#LOGFILEBINEX"}${#USETEXT?,"-attach","#LOGFILETXT"})"
-       R"(${@FUPSFUNC("trouble.dat","Trouble records",2013,"")?,"-attach","trouble.dat"})"
-       R"(${@FUPSFUNC("opinfo.dat","Operating records",2012,"")?,"-attach","opinfo.dat"})"},
-  };
-  for (const auto &[values, blocks] : cases) {
-    const std::string text = kMailStart + '"' + values[0] + '"' + kSignature + blocks + ",\"" + values[1] + "\")O";
-    const auto job = parsed(text);
-    parseEmailFuncStr(*job, 0);
-    for (int field = 0; field < 6; ++field) get_field(&Func3Rec, Function3TabArr, field, job->params[field].value);
-    EXPECT_EQ(values_of(*job), values);
-    EXPECT_EQ(built(*job), text + ";");
-  }
+TEST_F(Jobs, EmailsTakeTheirTextFromTheLastCommaOn) {
   auto job = parsed(kMailStart + "\"R\",\"X\")O");  // no blocks
   EXPECT_EQ(values_of(*job), Texts(6));
   EXPECT_EQ(get_function_params(*job), 0);
-  job = parsed(kMailStart + "\"R\"" + kSignature + "${}${}${}${},\"X\")O");
+  job = parsed(kMailStart + "\"R\"" + kSignature + "${}${a}${}${},\"cost: $5\")O");
+  EXPECT_EQ(values_of(*job), (Texts{"R", "cost: $5", "", "a", "", ""}));
   cpynstr(job->params[1].value, "one, two");  // kept: a text with a comma comes apart
   EXPECT_EQ(built(*job), kMailStart + "\"R\",\"one" + kSignature + "${}${}${}${}, two\")O;");
 }
