@@ -1,6 +1,8 @@
 // kavcfg: what it refuses, finds and changes, by the built program in a folder of its own.
 #include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <random>
 #include <regex>
 
 #include "setup/configuration/configuration.h"
@@ -592,6 +594,70 @@ TEST_F(Kavcfg, ASessionKeepsWhatOthersChangedMeanwhile) {
     EXPECT_EQ(get_file("ups.cfg").substr(0, get_file("ups.cfg").find("UpsLocation")),
               "UpsHoldMins=7\nCheckRate=6\nsysdownmins = 6\nFixedDownTime=6\nGarUpTime=6\nPASSWORD=?\n");
     EXPECT_EQ(get_file("ups.cfg").find("UpsDownDelay"), std::string::npos);
+  }
+}
+
+// --- two writers of one file
+
+struct Shared {
+  const char *key;
+  int32_t *number;  // in the records
+};
+const Shared kShared[] = {{"UpsHoldMins", &StdRec.hold_minutes},
+                          {"SysDownMins", &CustomRec.shutdown_minutes},
+                          {"FixedDownTime", &CustomRec.fixed_down_time}};
+using Numbers = std::array<int32_t, std::size(kShared)>;
+
+Numbers loaded() {
+  EXPECT_EQ(init_config_vals("ups.cfg"), 1);
+  return {*kShared[0].number, *kShared[1].number, *kShared[2].number};
+}
+
+void take(const Numbers &numbers) {
+  for (size_t i = 0; i < numbers.size(); ++i) *kShared[i].number = numbers[i];
+}
+
+// KEY=NUMBER for each, with `end` after them.
+std::string written(const Numbers &numbers, const std::string &end) {
+  std::string text;
+  for (size_t i = 0; i < numbers.size(); ++i) text += kShared[i].key + ("=" + std::to_string(numbers[i])) + end;
+  return text;
+}
+
+// What another program does to the file while the session has it open.
+constexpr void (*kWriters[])(const Numbers &) = {
+    [](const Numbers &numbers) {
+      EXPECT_EQ(kavcfg("set " + written(numbers, " ")), (Result{0, ""}));
+    },
+    [](const Numbers &numbers) { put_file("ups.cfg", "UpsModel=K-TRN010VQ-100\n" + written(numbers, "  \n")); },
+    [](const Numbers &numbers) {
+      EXPECT_EXIT(take(numbers); std::_Exit(save_configuration("ups.cfg")), testing::ExitedWithCode(1), "");
+    }};
+
+TEST_F(Kavcfg, ASessionAndAnyOtherWriterMergeKeyByKey) {
+  const WorkingFolder here(kMemoryFolder);
+  init_all_tabs();
+  std::mt19937 random(11);
+  const auto changed = [&](Numbers numbers) {
+    for (int32_t &number : numbers) number = random() % 3 == 0 ? static_cast<int32_t>(random() % 90) + 1 : number;
+    return numbers;
+  };
+  for (const auto write : kWriters) {
+    put_file("ups.cfg", "UpsModel=K-TRN010VQ-100\n");
+    for (int round = 0; round < 200 && !HasFailure(); ++round) {
+      const Numbers before = loaded(), mine = changed(before), theirs = changed(before);
+      Numbers expected = mine;
+      size_t told = 0;
+      for (size_t i = 0; i < before.size(); ++i) {
+        if (mine[i] == before[i]) expected[i] = theirs[i];
+        told += theirs[i] != before[i] && theirs[i] != mine[i];
+      }
+      write(theirs);
+      take(mine);
+      ASSERT_EQ(save_configuration("ups.cfg"), 1);
+      EXPECT_EQ(save_report().size(), told);
+      EXPECT_EQ(loaded(), expected);
+    }
   }
 }
 
