@@ -16,27 +16,18 @@
 
 namespace {
 
-constexpr int kMostRecords = 12;  // of a family, so that long files stay fast
+constexpr int kMostModels = 40;  // so that long files stay fast
 
-// Every family of a model, or of a section.
-template <class... Records>
-void read_families(const char *name, int (*...get)(Records &, int16_t, const char *)) {
-  for (int16_t n = 0; n < kMostRecords; ++n) (..., [&](Records record) { get(record, n, name); }({}));
-}
-
-void read_model(const char *model) {
-  read_families(model, UpsGetAtDbPollEntry, UpsGetAtDbVitalData, UpsGetAtDbGetInfo, UpsGetAtDbEvents,
-                UpsGetAtDbVDVarInfo, UpsGetAtDbGIVarInfo);
-  char section[32];
-  if (UpsGetSectionDbFunctionEntry(model, section, sizeof section) == 1) read_families(section, UpsDbGetFunction);
-}
-
-void read_all_models() {
+void read_models() {
   const int16_t count = UpsGetCountDb();
   expect(count >= 0);
-  for (int16_t n = 0; n <= count && n < kMostRecords; ++n) {
+  for (int16_t n = 0; n <= count && n < kMostModels; ++n) {
     UpsData model;
-    if (UpsGetAtDb(model, n) == 1) read_model(model.name);
+    UpsEvent event;
+    UpsFunction function;
+    char section[32];
+    if (UpsGetAtDb(model, n) == 0 || UpsGetAtDbEvents(event, n, model.name) == 0) continue;
+    if (UpsGetSectionDbFunctionEntry(model.name, section, sizeof section) == 1) UpsDbGetFunction(function, n, section);
   }
 }
 
@@ -75,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   expect(UpsOpenDb(upstypname) == 1);
   UpsVersionInfo info;
   expect(UpsVersionInfoDb(&info) == 1);
-  read_all_models();
+  read_models();
   reset_upsdb();
   expect(XCloseProfile() == 0);
   return 0;
