@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -18,7 +17,7 @@
 #include "setup/session.h"
 #include "setup/settings/mail.h"
 #include "setup/settings/settings.h"
-#include "tests/folder.h"
+#include "tests/run.h"
 #include "util/files.h"
 #include "util/text.h"
 
@@ -131,25 +130,14 @@ Outcome run_with_fault(const Faults &test, const FaultPlan &plan) {
   return run;
 }
 
-// The status of a process that does `work`, or 128 and the signal that killed it.
-int status_of(const std::function<void()> &work) {
-  const pid_t child = fork();
-  if (child == 0) {
-    if (std::freopen("/dev/null", "w", stderr) == nullptr) _exit(EXIT_FAILURE);
-    [&]() noexcept { work(); }();  // what is thrown ends it, as it ends the program
-    _exit(EXIT_SUCCESS);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-}
-
 // A run that ends the program, in a process of its own.
 int status_of_run(const Faults &test, const FaultPlan &plan) {
   test.lay_out();
-  return status_of([&] {
+  return status_of_child([&] {
+    if (std::freopen("/dev/null", "w", stderr) == nullptr) return EXIT_FAILURE;
     plan_faults(plan);
     test.save_new();
+    return EXIT_SUCCESS;
   });
 }
 
@@ -242,11 +230,12 @@ TEST_F(AfterKill, AtRandomMoments) {
     for (int i = 0; i < kills / 2 && !HasFailure(); ++i) {
       lay_out();
       const useconds_t moment = 1 + random() % 20000;
-      const int status = status_of([&] {
+      const auto save_until_killed = [&] {
         ualarm(moment, 0);
         for (int number = 510;; number = 1230 - number) save(number);
-      });
-      EXPECT_EQ(status, 128 + SIGALRM);
+        return EXIT_SUCCESS;
+      };
+      EXPECT_EQ(status_of_child(save_until_killed), 128 + SIGALRM);
       expect_recovery();
     }
   }

@@ -4,14 +4,12 @@
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <sys/xattr.h>
 
 #include <cerrno>
-#include <functional>
 #include <tuple>
 
-#include "tests/folder.h"
+#include "tests/run.h"
 
 namespace {
 
@@ -39,18 +37,6 @@ struct stat state_of(const char *path) {
 // How many entries a folder holds: nothing may be left beside the files.
 long entries(const char *folder = ".") {
   return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
-}
-
-// The result of `work` in a process of its own, as root or as another user.
-int in_child(const std::function<int()> &work, uid_t user = 0) {
-  const pid_t child = fork();
-  if (child == 0) {
-    const bool changed = user == 0 || (setegid(user) == 0 && seteuid(user) == 0);
-    _exit(changed ? work() : kSkip);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 TEST_F(Files, NewFilesAreForOwnerAndGroup) {
@@ -146,10 +132,11 @@ TEST_F(Files, WithoutRightsOnFolderOrOwner) {
     chmod(kFile, file_mode);
     const std::string content = std::to_string(folder_mode);
     const auto save = [&] {
+      if (setegid(kNobody) != 0 || seteuid(kNobody) != 0) return kSkip;
       SaveLock lock;
       return lock_for_saving(kFile, lock) == 1 ? replace_file(kFile, content) : 2;
     };
-    EXPECT_EQ(in_child(save, kNobody), saved) << content;
+    EXPECT_EQ(status_of_child(save), saved) << content;
     EXPECT_EQ(get_file(kFile) == content, saved == 1) << content;
   }
   EXPECT_EQ(state_of(kFile).st_uid, 0U);
@@ -159,7 +146,7 @@ TEST_F(Files, WithoutRightsOnFolderOrOwner) {
 
 TEST_F(Files, MountedFilesAndNoProcesses) {
   put_file("below", "below");
-  const int result = in_child([&] {
+  const int result = status_of_child([&] {
     if (unshare(CLONE_NEWNS) != 0 || mount("", "/", "", MS_REC | MS_PRIVATE, "") != 0 ||
         mount("below", kFile, "", MS_BIND, "") != 0) {
       return kSkip;

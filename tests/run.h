@@ -1,11 +1,22 @@
-// Commands of the shell, for tests of the small programs.
+// Commands of the shell and other processes, for tests.
 #pragma once
 
 #include <sys/wait.h>
 
 #include <cstdio>
+#include <functional>
 
 #include "tests/folder.h"
+
+// The exit status of a process of its own that does `work`, or 128 and the signal that ended it. What is thrown ends
+// it.
+inline int status_of_child(const std::function<int()> &work) {
+  const pid_t child = fork();
+  if (child == 0) _exit([&]() noexcept { return work(); }());
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
 
 struct Result {
   int status;
