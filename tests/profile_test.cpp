@@ -185,6 +185,7 @@ TEST_F(Profile, OpensAndClosesAsPromised) {
   for (const int mode : {-1, 0, 15}) EXPECT_EQ(XOpenProfile("p", mode), 0);
   ProfileText line;
   ProfileEntry entry;
+  EXPECT_EQ(XGetPrivateProfileStringEx(nullptr, kTmpTopic, "a", value, sizeof value), 0);
   EXPECT_TRUE(XCloseProfile() == 0 && !XNextLine(line) && !XNextEntry(kTmpTopic, entry));
   ASSERT_EQ(XOpenProfile("p", kReadText), 1);
   EXPECT_EQ(XOpenProfile("missing", kReadText), 1);  // the open one stays

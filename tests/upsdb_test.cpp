@@ -146,11 +146,14 @@ TEST(Version, TextThatFillsItsBufferHasNoTerminatorAndOemZeroIsOne) {
   EXPECT_TRUE(info.oem == 131073 && info.version.number[0] == 2 && info.version.number[3] == 7);
   UpsVersion parsed;
   char text[12] = "";
-  EXPECT_EQ(UpsParseVersionInfoStr(&parsed, " 7.-3a.9") + UpsBuildVersionInfoStr(text, sizeof text, &parsed), 2);
+  EXPECT_EQ(UpsParseVersionInfoStr(&parsed, " 7.-3a.9"), 1);
+  EXPECT_EQ(UpsBuildVersionInfoStr(text, sizeof text, &parsed), 1);
   EXPECT_STREQ(text, "7.-3.0.0");
   EXPECT_EQ(UpsBuildVersionInfoStr(text, sizeof text, nullptr) + UpsBuildVersionInfoStr(nullptr, 9, &parsed), 0);
   EXPECT_EQ(UpsIsCompatibleVersionInfo(&parsed, &info.version) + UpsIsCompatibleVersionInfo(&parsed, nullptr), 0);
   EXPECT_EQ(UpsIsCompatibleVersionInfo(&info.version, &info.version), 1);
+  EXPECT_EQ(UpsParseVersionInfoStr(&parsed, "1.0"), 1);
+  EXPECT_EQ(UpsIsCompatibleVersionInfo(&info.version, &parsed), 0);
   std::fill_n(text, 11, '?');
   EXPECT_EQ(UpsVersionNrDb(text, 7), 1);
   EXPECT_STREQ(text, "2.4.0.7????");
