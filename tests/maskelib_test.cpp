@@ -38,7 +38,8 @@ TEST(Record, MembersFollowTheTable) {
                                  rec.last, nullptr,     nullptr};
   for (int i = 0; i < 9; ++i) EXPECT_EQ(recptr(&rec, tab, i), members[i]) << i;
   EXPECT_EQ(recptr(&rec, tab, -1), nullptr);
-  EXPECT_EQ(put_field(&rec, tab, 7, "x"), -1);
+  char text[8];
+  EXPECT_EQ(put_field(&rec, tab, 7, "x") + get_field(&rec, tab, 7, text), -2);
 
   EXPECT_EQ(put_field(&rec, tab, 6, "full"), 0);  // a full text is not terminated and touches nothing behind it
   EXPECT_EQ(std::string(rec.last, 2), "fu");
@@ -160,6 +161,7 @@ TEST(Edit, TypedTextsReachTheRecord) {
       {euc_jp, 0, 8, "\xA4\xA2\xA4\xA4", u"x\u0105\bか\r", 13, "x\xA4\xAB", "xか", 0},
       {euc_jp, 0, 8, "", u"漢\u00C3\u00A9\u00EF\u00BD\u00B1\u00E2\u0082\u00AC\u00F0\u0080字\r", 13,  // no two bytes:
        "\xB4\xC1\xBB\xFA", "漢字", 4},                          // e acute, half-width kana, the euro; and broken ones
+      {euc_jp, 0, 8, "ab\xA4", u"x\r", 13, "xb", "xb?", 0},                              // as is a broken one
       {euc_jp, 0, 5, "", u"abcd漢\r", 13, "abcd", "abcd", 1},                          // half of it would fit
       {locale, 0, 4, "", u"\u00C3\u00BC \u00C3\u00A4z\r", 13, "\xC3\xBC z", "ü  z", 1},
       {locale, 0, 4, "", u"\u00C3z\u00BC\r", 13, "z", "z", 2},

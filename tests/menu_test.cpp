@@ -89,6 +89,7 @@ TEST(Scrolling, Keys) {
       {kKeyDown, 20, 5, 16, 5, 16, 5},
       // a list shorter than its rows
       {kKeyEnd, 3, 5, 1, 1, 1, 3},
+      {kKeyEnd, 1, 5, 1, 1, 1, 1},
       {kKeyPreviousPage, 3, 5, 1, 1, 1, 3},
       {kKeyNextPage, 3, 5, 1, 3, 1, 1},
       {kKeyDown, 3, 5, 1, 3, 1, 4},  // kept: passes the end

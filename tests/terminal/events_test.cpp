@@ -140,15 +140,15 @@ TEST(EventEditor, JobsAreEditedAddedAndDeletedAndRefusedValuesAreNotTaken) {
   EXPECT_EQ(t.find("UPS in 10 sec."), (Position{-1, -1})) << "a list shuts down once";
   choose(t, 5);
   t.see("Delete Job from List");
-  t.press({Enter});
-  EXPECT_EQ(t.find("Log Event").row, -1);
+  choose(t, 2);
+  EXPECT_EQ(t.find("default sec.").row, -1);
   choose(t, 4);  // delete mode again; leaving it leaves the job list too
   t.press({Escape});
   t.see("Eventlist");
   t.press({Escape});
   save_and_exit(t);
   EXPECT_EQ(setting(t, "Event3"), "LOGMSG(\"x\")P90;" + more + "SHUTDOWN(\"5940\")O;");
-  EXPECT_EQ(setting(t, "Event24"), "SHUTDOWN(\"default\")O;");
+  EXPECT_EQ(setting(t, "Event24"), "LOGMSG(\"a\")O;");
 }
 
 }  // namespace

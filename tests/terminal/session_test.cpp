@@ -27,7 +27,7 @@ TEST(Session, WritesNothingUnlessItIsSavedAndEndsThroughTheExitEntryOnly) {
   t.write_file("ups.cfg", "UpsID=1\n");  // another program's, meanwhile
   t.press({Enter});
   EXPECT_EQ(t.find("Can't open file:"), (Position{10, 31}));
-  EXPECT_EQ(t.text(9, 3, 2) + t.text(12, 74, 2), "#┌┘#");
+  EXPECT_EQ(t.text(9, 3, 2) + t.text(10, 5, 2) + t.text(12, 74, 2), "#┌  ┘#");
   t.press({Space, Up, Enter});
   EXPECT_EQ(t.wait_exit(), 1);
   EXPECT_TRUE(t.given_back());
