@@ -12,11 +12,6 @@ void open_event(Terminal &t, const std::string &configuration, int event) {
   choose(t, event + 1);
 }
 
-void leave_editor_and_save(Terminal &t) {
-  t.press({Escape, Escape});
-  save_and_exit(t);
-}
-
 // What stands in the rows of a menu, with "|" after each.
 std::string entries_from(Terminal &t, int row, int count) {
   std::string entries;
@@ -72,8 +67,8 @@ TEST(EventEditor, ShowsEachJobInOneLineAndStoresWhatIsEdited) {
   EXPECT_EQ(t.text(10, 14, 12), "notice      ") << "an alias becomes the level's name";
   t.press({Enter});
   EXPECT_EQ(t.find("syslog level:").row, 8);
-  t.press({Down, Enter, F10});
-  leave_editor_and_save(t);
+  t.press({Down, Enter, F10, Escape, Escape});
+  save_and_exit(t);
   jobs.replace(jobs.find("${}"), 3, "${#USEDATAEX?,\"-attach\",\"#LOGFILEBINEX\"}");
   jobs.replace(jobs.find("success"), 7, "alert");
   EXPECT_EQ(setting(t, "Event6"), jobs + kShutdown);
