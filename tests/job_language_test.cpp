@@ -75,7 +75,8 @@ TEST_F(Jobs, HaveAllThatTheCatalogueSaysOfTheirFunction) {
         EXPECT_EQ(text, std::string(funcpar_list[i][k][chosen]).substr(0, text.size()));
       }
     }
-    EXPECT_EQ(fill_function_rec(*job, kFunctionCount, 0), 0);
+    EXPECT_EQ(fill_function_rec(*job, kFunctionCount, kSchedulerEvent), 0);
+    EXPECT_STREQ(job->timing, "OX");
   }
 }
 
@@ -154,7 +155,6 @@ TEST_F(Jobs, ChangingAListLeavesItsOtherJobsAsTheyStand) {
   const std::string odd = " LOGMSG ( odd )x;MESSAGE(\"a\";";
   set_list(3, odd + "LOGMSG(\"b\")O;");
   ASSERT_EQ(parse_joblist("ignored", 3), 3);
-  EXPECT_EQ(ActEvent[3], nullptr);
   cpynstr(ActEvent[2]->params[0].value, "new");
   EXPECT_EQ(replace_event_function(3, 2, built(*ActEvent[2])), 1);
   EXPECT_EQ(append_event_function(3, "MESSAGEID(\"u\",1)O;"), 1);
@@ -165,6 +165,8 @@ TEST_F(Jobs, ChangingAListLeavesItsOtherJobsAsTheyStand) {
   EXPECT_EQ(list_of(3), odd + "MESSAGEID(\"u\",1)O;");
   EXPECT_EQ(del_event_function(3, 0) + replace_event_function(3, 0, "x"), 2);
   EXPECT_EQ(list_of(3), "x;MESSAGEID(\"u\",1)O;");
+  EXPECT_EQ(parse_joblist("", 3), 2);
+  EXPECT_EQ(ActEvent[2], nullptr) << "the record of the list before";
   set_list(3, "SHUTDOWN(\"1\")O;LOGMSG(\"a\")O;SHUTDOWN(\"2\")O;??;");  // the last one stays and is last
   EXPECT_EQ(tail_shutdown_function(3), 3);
   EXPECT_EQ(list_of(3), "LOGMSG(\"a\")O;??;SHUTDOWN(\"2\")O;");

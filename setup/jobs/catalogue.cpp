@@ -157,7 +157,7 @@ void fill_table(FieldDescriptor (&table)[N], const FieldDescriptor (&fields)[N])
 
 template <typename Record, size_t N>
 constexpr JobMask mask_of(FieldDescriptor (&table)[N], Record &record) {
-  return {table, &record, sizeof(Record), static_cast<int>(N) - 1};
+  return {table, &record, static_cast<int>(N) - 1};
 }
 
 constexpr JobMask kJobMasks[kFunctionCount] = {

@@ -136,7 +136,6 @@ void init_function_tab();
 struct JobMask {
   FieldDescriptor *fields;
   void *record;
-  size_t record_size;
   int count;  // fields; the last two are those of the timing
 };
 const JobMask &job_mask(int function);

@@ -63,7 +63,6 @@ int func_value_check(const JobRec &job, int field) {
 
 void load_function_values(const JobRec &job, int event) {
   const JobMask &mask = job_mask(job.function);
-  std::memset(mask.record, 0, mask.record_size);
   if (job.function == kEmailFunction) {
     parseEmailFuncStr(job, event);
     return;

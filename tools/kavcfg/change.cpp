@@ -169,7 +169,7 @@ ChangeResult change_configuration(const char *file, std::span<const Change> chan
   if (!init_config_vals(file)) return {Outcome::file_unreadable, errno};
   const std::vector<Stored> stored = all_stored_values();
   std::vector<KeyFinding> faults;
-  if (take_and_check(changes, faults) == Outcome::refused) return {Outcome::refused, 0, {}, faults};
+  if (take_and_check(changes, faults) == Outcome::refused) return {.outcome = Outcome::refused, .faults = faults};
   if (!open_for(deed, file)) return {Outcome::file_unwritable, errno};
   const Texts before = texts_in_file();
   set_values(changes, stored, faults);
@@ -184,7 +184,7 @@ ChangeResult create_configuration(const char *file, std::span<const Change> chan
   create_new_cfg = 1;
   init_new_config_vals();
   std::vector<KeyFinding> faults;
-  if (take_and_check(changes, faults) == Outcome::refused) return {Outcome::refused, 0, {}, faults};
+  if (take_and_check(changes, faults) == Outcome::refused) return {.outcome = Outcome::refused, .faults = faults};
   if (!create_profile(file)) return {Outcome::file_unwritable, errno};
   const Texts before(all_settings().size());
   write_all_sections();

@@ -45,6 +45,10 @@ int tell_outcome(Outcome outcome, int error, const char *file) {
   }
 }
 
+size_t place_of(const Setting &setting) {
+  return static_cast<size_t>(std::ranges::find(all_settings(), &setting) - all_settings().begin());
+}
+
 const Setting *known_setting(const std::string &key) {
   const Setting *setting = setting_of_key(key);
   if (setting == nullptr) misuse(filled(no_such_key_label, {key}));

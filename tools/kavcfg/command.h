@@ -37,6 +37,8 @@ int complain(int status, const std::string &text);
 int misuse(const std::string &text);
 // The status of an outcome that is no fault of a value, complained of with the system's reason.
 int tell_outcome(Outcome outcome, int error, const char *file);
+// Its place in all_settings().
+size_t place_of(const Setting &setting);
 // The setting of a key, or null, complained of.
 const Setting *known_setting(const std::string &key);
 // The number of an event, given as such or as its key; or -1, complained of.

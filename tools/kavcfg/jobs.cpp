@@ -193,13 +193,13 @@ std::string words_of(const JobRec &job, int event) {
 
 // --- the list of an event
 
+const Setting &list_setting(int event) { return job_list_settings()[static_cast<size_t>(event)]; }
+
 // kGood, or a status after a complaint.
 int read_jobs(int event, Words &jobs) {
   std::vector<std::string> values;
   if (!values_of_file(options.file, values)) return tell_outcome(Outcome::file_unreadable, errno, options.file);
-  for (size_t i = 0; i < values.size(); ++i) {
-    if (all_settings()[i] == &job_list_settings()[static_cast<size_t>(event)]) jobs = split_joblist(values[i].c_str());
-  }
+  jobs = split_joblist(values[place_of(list_setting(event))].c_str());
   return kGood;
 }
 
@@ -207,7 +207,7 @@ int store_list(int event, Words jobs) {
   put_shutdown_last(jobs);
   const std::string list = join_joblist(jobs);
   if (split_joblist(list.c_str()) != jobs) return complain(kRefused, filled(no_room_label, {event_key(event)}));
-  return carry_out({{&job_list_settings()[static_cast<size_t>(event)], list}});
+  return carry_out({{&list_setting(event), list}});
 }
 
 int list_jobs(int event, const Arguments &) {

@@ -14,10 +14,6 @@ using Json = nlohmann::ordered_json;
 
 bool is_hidden(const Setting &setting) { return setting.kind == Kind::secret; }
 
-size_t place_of(const Setting &setting) {
-  return static_cast<size_t>(std::ranges::find(all_settings(), &setting) - all_settings().begin());
-}
-
 int read_values(const char *file, std::vector<std::string> &values) {
   return values_of_file(file, values) ? kGood : tell_outcome(Outcome::file_unreadable, errno, file);
 }

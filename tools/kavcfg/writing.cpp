@@ -48,8 +48,8 @@ bool read_password(const std::string &key, std::string &password) {
   const Unseen unseen;
   if (unseen.is_terminal) std::fprintf(stderr, "%s: ", key.c_str());
   password.clear();
-  int c = 0;
-  while ((c = std::fgetc(stdin)) != EOF && c != '\n') {
+  int c = std::fgetc(stdin);
+  for (; c != EOF && c != '\n'; c = std::fgetc(stdin)) {
     if (password.size() < kLongestPassword) password += static_cast<char>(c);
   }
   return c != EOF || !password.empty();
@@ -98,8 +98,7 @@ int read_arguments(const Arguments &arguments, std::vector<Change> &changes) {
 }
 
 Change default_change(const Setting &setting, int line) {
-  const auto place = std::ranges::find(all_settings(), &setting) - all_settings().begin();
-  return {&setting, default_values()[static_cast<size_t>(place)], true, line};
+  return {&setting, default_values()[place_of(setting)], true, line};
 }
 
 // What a text to apply has: its changes, and what is wrong with its lines.
@@ -250,7 +249,7 @@ int apply(const Arguments &arguments) {
     read_lines(text, reading);
   }
   const std::string source = ": " + file;
-  if (!reading.faults.empty()) return tell_result({Outcome::refused, 0, {}, reading.faults}, source);
+  if (!reading.faults.empty()) return tell_result({.outcome = Outcome::refused, .faults = reading.faults}, source);
   const bool is_missing = options.make_new && !does_file_exist(options.file, kAnyFile);
   const auto change = is_missing ? create_configuration : change_configuration;
   return tell_result(change(options.file, reading.changes, deed()), source);
