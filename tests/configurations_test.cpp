@@ -61,21 +61,12 @@ struct Configurations : testing::Test {
   std::string random_value(const Setting &setting) {
     const RecordField place = field_of(setting);
     const std::string number = std::to_string(std::uniform_int_distribution<int32_t>(setting.min, setting.max)(random));
-    switch (setting.kind) {
-      case Kind::number:
-        return number;
-      case Kind::decimal:
-        return number + ".0";
-      case Kind::yes_no:
-      case Kind::flag:
-        return up_to(1) == 0 ? "yes" : "no";
-      case Kind::cable:
-        return UpsCableArr[up_to(static_cast<int>(std::size(UpsCableArr)) - 2)].name;
-      case Kind::job_list:
-        return random_jobs(setting.field);
-      default:
-        return random_text(random, place.table[place.field]);
-    }
+    if (setting.kind == Kind::number) return number;
+    if (setting.kind == Kind::decimal) return number + ".0";
+    if (setting.kind == Kind::yes_no || setting.kind == Kind::flag) return up_to(1) == 0 ? "yes" : "no";
+    if (setting.kind == Kind::cable) return UpsCableArr[up_to(static_cast<int>(std::size(UpsCableArr)) - 2)].name;
+    if (setting.kind == Kind::job_list) return random_jobs(setting.field);
+    return random_text(random, place.table[place.field]);
   }
 
   // As the masks take it; what they announce as lost is entered again.

@@ -179,17 +179,11 @@ $ model='Halvoris 700VA K-TSN007'; kavcfg set UpsModel="$model" UpsLoad=9 --dry-
 +UpsRechargeHours=8
 $ printf '%s\n' 'PASSWORD= ' UpTimeSupport=yes DataLoggingName=/a.csv LogFileBin=? MailEnableFlag=yes SmtpUser=a >x.cfg
 $ kavcfg -f x.cfg set SysDownAllowed=no MailEnableFlag=no DataLoggingName=/a.csv UpsModel='ZELK K-TSN030-200'
-$ flock .x.cfg.lock "$program" -f x.cfg set SysDownAllowed=yes --dry-run && grep -v Event x.cfg
+$ flock .x.cfg.lock "$program" -f x.cfg set SysDownAllowed=yes --dry-run && grep -E 'PASSWORD|Log|Smtp|Down|UpTime' x.cfg
 PASSWORD=SWNL
 UpTimeSupport=no
 DataLoggingName=/a.csv
 LogFileBin=/a.dat
-MailEnableFlag=no
-UpsDevice=/dev/ttyS0:9600,n,8,1
-UpsModel=ZELK K-TSN030-200
-UpsPower=3000
-UpsLoad=3000
-UpsRechargeHours=12
 SysDownAllowed=no
 UpsDownEnabled=no
 $ printf '%s\n' 'UpsLocation=a [b' UpsID=1 >ups.cfg; kavcfg set UpsID=2 || cat ups.cfg # it would not be found
@@ -218,8 +212,7 @@ $ kavcfg diff | grep -i password; grep -a PASSWORD ups.cfg
 -SmtpPassword=(hidden)
 +SmtpPassword=(hidden)
 PASSWORD=_>=o
-$ kavcfg list | grep -i password; kavcfg explain SmtpPassword | tail -n 2
-label: Password
+$ kavcfg list | grep -i password; kavcfg explain SmtpPassword | tail -n 1
 help: Enter your password for SMTP authentication if necessary.
 $ echo | kavcfg set PASSWORD && kavcfg set UpsModel=K-TRN010VQ-105 && grep -a PASSWORD ups.cfg | cat -A
 PASSWORD= $
@@ -369,18 +362,16 @@ $ sed 's/CheckRate=5/CheckRate=05\nUpsLocation=x/' ups.cfg >new.cfg; kavcfg -f n
 $ kavcfg diff ups.cfg && kavcfg diff | head -n 2
 -UpsDevice=/dev/ttyS0:2400,n,8,1
 +UpsDevice=/dev/ttyS1:9600,e,7,2
-$ kavcfg explain UpsDownDelay
-key: UpsDownDelay
-kind: number
-unit: s
-minimum: 0
-maximum: 5940
-default: 180
-label: UPS shutdown delay  (m)
-help: Time delay of UPS shutdown after system shutdown Only for UPS, supporting this feature
-value: 180
-$ kavcfg explain UpsLocation --json | jq -ac 'del(.help)'
-{"key":"UpsLocation","kind":"text","default":"Unknown","label":{"en":"Location","ja":"\u8a2d\u7f6e\u5834\u6240"},"value":"Unknown"}
+$ kavcfg explain UpsDownDelay --json | jq -c 'del(.help, .label)'
+{"key":"UpsDownDelay","kind":"number","unit":"s","minimum":0,"maximum":5940,"default":"180","value":"180"}
+$ kavcfg explain UpsModel && kavcfg explain UpsModel --json | jq -ac .label
+key: UpsModel
+kind: model
+default: Unknown
+label: UPS modelname
+help: Choose UPS model from list
+value: K-TRN010VQ-100
+{"en":"UPS modelname","ja":"UPS \u6a5f\u7a2e\u540d"}
 $ mkdir there; cp ups.cfg "$database" there; "$program" -C there check | tail -n 1
 ups.cfg:9: CheckRate: is not found, since it stands after the topic in line 8
 $ "$program" -f there/ups.cfg check | tail -n 1
