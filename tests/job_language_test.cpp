@@ -14,23 +14,17 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-void use_language(int chosen) {
-  language = chosen;
-  DbFuncListCnt = 0;
-}
-
 struct Jobs : testing::Test {
   Jobs() {
-    use_language(0);
     init_function_tab();
     fill_event_strings("");
   }
   ~Jobs() override { free_act_event(); }
 };
 
-std::unique_ptr<JobRec> parsed(const std::string &text, int event = 0) {
+std::unique_ptr<JobRec> parsed(const std::string &text) {
   auto job = std::make_unique<JobRec>();
-  parse_job(text.c_str(), event, *job);
+  parse_job(text.c_str(), 0, *job);
   return job;
 }
 
@@ -54,13 +48,10 @@ std::string line_of(const JobRec &job) {
 void set_list(int event, const std::string &list) { ASSERT_EQ(store_event_jobs(event, list.c_str()), 1); }
 std::string list_of(int event) { return CStrArr_GetStr(&EventStrings, event); }
 
-const std::string kMailStart =
-    R"(EXECUTEH("sendvik.exe","-ini","upsext.cfg","-ofi","upsext.cfg","-s","kavlon service","-t",)";
-const std::string kSignature = R"(${#USEEMAILSIGNF?,"-sig","#EMAILSIGNF"})";
-
 TEST_F(Jobs, HaveAllThatTheCatalogueSaysOfTheirFunction) {
-  for (const int chosen : {0, 1}) {
-    use_language(chosen);
+  for (const int chosen : {1, 0}) {
+    language = chosen;
+    DbFuncListCnt = 0;
     auto job = std::make_unique<JobRec>();
     for (int i = 0; i < kFunctionCount; ++i) {
       EXPECT_EQ(fill_function_rec(*job, i, 0), 1);
@@ -133,13 +124,16 @@ TEST_F(Jobs, TimingThroughTheTwoFields) {
 }
 
 TEST_F(Jobs, EmailsTakeTheirTextFromTheLastCommaOn) {
-  auto job = parsed(kMailStart + "\"R\",\"X\")O");  // no blocks
+  const std::string start =
+      R"(EXECUTEH("sendvik.exe","-ini","upsext.cfg","-ofi","upsext.cfg","-s","kavlon service","-t",)";
+  const std::string signature = R"(${#USEEMAILSIGNF?,"-sig","#EMAILSIGNF"})";
+  auto job = parsed(start + "\"R\",\"X\")O");  // no blocks
   EXPECT_EQ(values_of(*job), Texts(6));
   EXPECT_EQ(get_function_params(*job), 0);
-  job = parsed(kMailStart + "\"R\"" + kSignature + "${}${a}${}${},\"cost: $5\")O");
+  job = parsed(start + "\"R\"" + signature + "${}${a}${}${},\"cost: $5\")O");
   EXPECT_EQ(values_of(*job), (Texts{"R", "cost: $5", "", "a", "", ""}));
   cpynstr(job->params[1].value, "one, two");  // kept: a text with a comma comes apart
-  EXPECT_EQ(built(*job), kMailStart + "\"R\",\"one" + kSignature + "${}${}${}${}, two\")O;");
+  EXPECT_EQ(built(*job), start + "\"R\",\"one" + signature + "${}${}${}${}, two\")O;");
 }
 
 TEST_F(Jobs, ListsSplitAtEverySemicolonAndKeepToTheirLength) {
