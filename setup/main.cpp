@@ -46,6 +46,7 @@ bool run_on_screen() {
 
 void run_program(int count, char *const arguments[]) {
   attr_dkl = kAttrNormal;
+  attr_hell = kAttrHighlight;
   menu_help = get_menu_help;
   before_leaving = restore_probed_port;
   std::setlocale(LC_CTYPE, "");  // no more than that: each category costs files, and numbers keep their decimal points
