@@ -210,6 +210,7 @@ TEST_F(Kavcfg, CheckNamesLineAndKey) {
        "ups.cfg:7: CheckRate: is not found, since it stands after the topic in line 6\n"},
       {sound("; a\rCheckRate=5\rshift=1\r"),
        "ups.cfg:6: holds carriage returns that end no line: all of it is one line\n"},
+      {sound({"UpsLocation=a\0b\n", 16}), "ups.cfg:6: ends at a byte of value 0\n"},
       {sound("CheckRate=5\r"), "ups.cfg:6: CheckRate: ends in a carriage return\n"},
       {"; \xC6\xFC\n; \xE6\x97\xA5\n" + sound("PASSWORD=\xFF\n; \xE6\n"),
        "ups.cfg:2: is UTF-8, but line 1 is EUC-JP: a file has one encoding\n"

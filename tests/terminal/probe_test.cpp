@@ -30,9 +30,18 @@ TEST(Detection, TakesAModelAndPortOverOnceItIsConfirmed) {
     t.press({Escape, Escape});
   }
   const std::string trace = t.file("setup.dbg");
-  for (const char *line : {"show_probe_win: port[2] returned %MK-TRN010VQ12\r", "ask_for_probe: return 3\n"}) {
-    EXPECT_NE(trace.find(line), std::string::npos) << line;
-  }
+  EXPECT_TRUE(trace.ends_with(R"(show_probe_win: port[2] returned %MK-TRN010VQ12)"
+                              "\r\n"
+                              R"(show_probe_win: prepared K-TRN010VQ12
+show_probe_win: got db_model K-TRN010VQ-110
+after draw_found_frame check_model_list with |K-TRN010VQ-110|
+after draw_found_frame check_model_list get |K-TRN010VQ-110|
+after draw_found_frame get_act_ups()1=Unknown|
+after draw_found_frame get_act_ups()2=Unknown|
+after draw_found_frame get_act_ups()3=K-TRN010VQ-110|
+ask_for_probe: return 3
+maskelib.c:edit_field:field_index=0|buffer=Unknown|
+)")) << trace;
 }
 
 TEST(Detection, OffersToTryAgainWhenNoPortAnswers) {
