@@ -151,6 +151,7 @@ double span_of(const std::vector<JobTimes> &jobs) {
 void draw(int event) {
   const int count = parse_joblist("", event);
   std::vector<JobTimes> jobs;
+  jobs.reserve(static_cast<size_t>(count));
   for (int i = 0; i < count; ++i) jobs.push_back(job_times(ActEvent[i]->timing, event, CustomRec.check_rate));
   const ShutdownPlan plan = shutdown_plan();
   const bool is_failure = event == kPowerFailEvent;
