@@ -6,9 +6,7 @@
 #include "setup/configuration/configuration.h"
 #include "setup/settings/settings.h"
 #include "tests/folder.h"
-#include "util/conversion.h"
 #include "util/files.h"
-#include "util/scramble.h"
 #include "util/trace.h"
 
 namespace {
@@ -181,26 +179,6 @@ TEST_F(Settings, MailKeysAndDefaults) {
   EXPECT_EQ(get_file("ups.cfg"),
             "MailEnableFlag=no\nSmtpHost= \nMailSubject=UPS event\nUseMailSign=no\n"
             "MailSignFile=mailsign.txt\nMailFromAddr=ups@site\n");
-}
-
-TEST(Scramble, IsItsOwnInverseUpToABufferFull) {
-  for (size_t length : {0u, 1u, 48u, 511u, 600u}) {
-    const std::string text(length, 'x'), once = encrypt(text.c_str());
-    EXPECT_EQ(encrypt(once.c_str()), text.substr(0, 511));
-  }
-  EXPECT_STREQ(encrypt(":x"), "") << "kept: a byte equal to its key byte cuts the password";
-}
-
-TEST(Conversion, StopsAtTheFirstInvalidLine) {
-  const WorkingFolder folder;
-  put_file("euc", "one\n\xC6\xFC\xCB\xDC\n\xC6\x20\nfour\n");
-  saveEUC2UTF("euc", "utf");
-  EXPECT_EQ(get_file("utf"), "one\n\xE6\x97\xA5\xE6\x9C\xAC\n");
-  saveUTF2EUC("utf", "back");
-  EXPECT_EQ(get_file("back"), "one\n\xC6\xFC\xCB\xDC\n");
-  saveUTF2EUC("missing", "none");
-  saveUTF2EUC("utf", "no folder/none");
-  EXPECT_FALSE(std::filesystem::exists("none"));
 }
 
 }  // namespace

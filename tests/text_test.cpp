@@ -144,9 +144,14 @@ TEST(Numbers, Digits) {
   EXPECT_EQ(getDecASCII("1x34", 3), 103U);
 }
 
-TEST(Passwords, AreBoundedAndComeBack) {
-  const std::string scrambled = encrypt(std::string(600, 'v').c_str());
-  EXPECT_EQ(encrypt(scrambled.c_str()), std::string(511, 'v'));
+TEST(Scramble, IsItsOwnInverseUpToABufferFull) {
+  for (const size_t length : {0U, 1U, 48U, 511U, 600U}) {
+    for (const char letter : {'v', 'x'}) {
+      const std::string text(length, letter), once = encrypt(text.c_str());
+      EXPECT_EQ(encrypt(once.c_str()), text.substr(0, 511));
+    }
+  }
+  EXPECT_STREQ(encrypt(":x"), "") << "kept: a byte equal to its key byte cuts the password";
 }
 
 struct TextFiles : testing::Test {
@@ -154,13 +159,23 @@ struct TextFiles : testing::Test {
 };
 
 TEST_F(TextFiles, AreConvertedUpToTheFirstLineThatIsInvalid) {
-  put_file("euc-jp", "a\n\xA4\xA2\n\xFF\nb\n");
-  saveEUC2UTF("euc-jp", "utf-8");
-  EXPECT_EQ(get_file("utf-8"), "a\n\u3042\n");
-  saveUTF2EUC("utf-8", "again");
-  EXPECT_EQ(get_file("again"), "a\n\xA4\xA2\n");
-  saveUTF2EUC("none", "again");
-  EXPECT_EQ(get_file("again"), "a\n\xA4\xA2\n");
+  const std::tuple<std::string, std::string, const char *> cases[] = {
+      // converted, not converted, in UTF-8
+      {"a\n\xA4\xA2\n", "\xFF\nb\n", "a\n\u3042\n"},
+      {"one\n\xC6\xFC\xCB\xDC\n", "\xC6\x20\nfour\n", "one\n\u65E5\u672C\n"},
+  };
+  for (const auto &[valid, rest, utf8] : cases) {
+    put_file("euc-jp", valid + rest);
+    saveEUC2UTF("euc-jp", "utf-8");
+    EXPECT_EQ(get_file("utf-8"), utf8);
+    saveUTF2EUC("utf-8", "again");
+    EXPECT_EQ(get_file("again"), valid);
+    saveUTF2EUC("missing", "again");
+    EXPECT_EQ(get_file("again"), valid);
+  }
+  saveUTF2EUC("missing", "none");
+  saveUTF2EUC("utf-8", "no folder/none");
+  EXPECT_FALSE(std::filesystem::exists("none"));
 }
 
 TEST_F(TextFiles, TraceIsWrittenWhileItIsAskedFor) {
