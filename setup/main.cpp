@@ -21,26 +21,26 @@
 
 namespace {
 
-void create_configurations(WINDOW *win) {
+// On the main window. False when there is none.
+bool create_configurations() {
+  const Window win = open_window(kScreenRows, kScreenColumns, 0, 0);
+  if (win == nullptr) return false;
+  // not shown by itself: what comes at once covers all of it, and the terminal would flash and take 24 rows for nothing
+  wffill_full_area(win.get(), ' ', kAttrBackground);
   create_new_cfg = 1;
   for (;;) {
-    const int choice = draw_main_menu(win, kAttrNormal);
-    if (choice == kChoiceExit) return;
-    if (choice == kChoiceCreate) do_config(win, kAttrNormal, kConfigurationFile, kSessionCreate);
+    const int choice = draw_main_menu(win.get(), kAttrNormal);
+    if (choice == kChoiceExit) return true;
+    if (choice == kChoiceCreate) do_config(win.get(), kAttrNormal, kConfigurationFile, kSessionCreate);
   }
 }
 
-// The program on its main window; false when the terminal is too small for it.
+// False when the terminal is too small for the program.
 bool run_on_screen() {
-  const Window win = open_window(kScreenRows, kScreenColumns, 0, 0);
-  if (win == nullptr || LINES < kScreenRows || COLS < kScreenColumns) return false;
-  // not shown by itself: what comes at once covers all of it, and the terminal would flash and take 24 rows for nothing
-  wffill_full_area(win.get(), ' ', kAttrBackground);
-  if (does_file_exist(kConfigurationFile, kAnyFile)) {
-    do_config(win.get(), kAttrNormal, kConfigurationFile, kSessionEdit);
-  } else {
-    create_configurations(win.get());
-  }
+  if (LINES < kScreenRows || COLS < kScreenColumns) return false;
+  if (!does_file_exist(kConfigurationFile, kAnyFile)) return create_configurations();
+  // without the main window: all of it would be behind the session's own
+  do_config(stdscr, kAttrNormal, kConfigurationFile, kSessionEdit);
   return true;
 }
 

@@ -1,5 +1,7 @@
 #include "setup/session.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <string>
@@ -72,15 +74,22 @@ std::string find_standing(const char *file) {
 
 void keep_session() { keep_unsaved(kConfigurationFile); }
 
-bool can_read_database() {
-  std::string content;
-  return read_file(upstypname, content) != 0;
-}
-
-// 1 when the settings are there; else the person was told why not.
+// The models and the settings of a session. 1, else the person was told why not.
 int load_existing(WINDOW *win, const char *file) {
+  if (!InitUpsTypeArray()) {
+    show_file_box(win, database_error_label, upstypname);
+    return 0;
+  }
   if (init_config_vals(file)) return 1;
   XCloseProfile();
+  show_file_missing(win, file);
+  return 0;
+}
+
+bool is_readable(const char *file) { return access(file, R_OK) == 0 && !does_file_exist(file, kDirectoryOnly); }
+
+int prepare_existing(WINDOW *win, const char *file) {
+  if (is_readable(file)) return 1;
   show_file_missing(win, file);
   return 0;
 }
@@ -134,18 +143,16 @@ int act_on(int choice, WINDOW *win, const char *file, int32_t attr) {
   }
 }
 
-// A new session has read the models for the detection.
+// A new session has its models and settings by now, the detection needs them.
 void run_session(WINDOW *win, const char *file, int32_t attr, bool is_new) {
   const auto choose = [&] { return do_menu(win, 7, 3, getmaxx(win) - 7, attr); };
   keep_work = keep_session;
   int choice = choose();
-  // not earlier: the first screen need not wait for the models and the check
-  if (is_new || InitUpsTypeArray()) {
+  // not earlier: the first screen need not wait for the models, the settings and the check
+  if (is_new || load_existing(win, file)) {
     standing = find_standing(file);
     standing_notice = tell_standing;
     while (act_on(choice, win, file, attr)) choice = choose();
-  } else {
-    show_file_box(win, database_error_label, upstypname);
   }
   keep_work = nullptr;
 }
@@ -170,13 +177,13 @@ void do_config(WINDOW *parent, int32_t attr, const char *file, int mode) {
   draw_edit_background(win.get(), kAttrEditBackground);
   if (init_masklib() != 0) return;
   const bool is_new = mode == kSessionCreate;
-  if (is_new ? !InitUpsTypeArray() : !can_read_database()) {
+  if (is_new ? !InitUpsTypeArray() : !is_readable(upstypname)) {
     show_file_box(win.get(), database_error_label, upstypname);
     return;
   }
   init_all_tabs();
   const bool ready =
-      (mode == kSessionEdit && load_existing(win.get(), file)) || (is_new && prepare_new(win.get(), file));
+      (mode == kSessionEdit && prepare_existing(win.get(), file)) || (is_new && prepare_new(win.get(), file));
   if (ready) run_session(win.get(), file, attr, is_new);
 }
 

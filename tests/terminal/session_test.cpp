@@ -229,6 +229,33 @@ TEST(FailedSave, IsToldAndLeavesTheFile) {
   }
 }
 
+// At the start, or when it went after the first screen, which nothing was read for.
+TEST(Session, NamesAFileThatCanNotBeReadAndEnds) {
+  constexpr const char *kBoxes[][2] = {{"ups.cfg", "ups.cfg doesn't exist(press key) !"},
+                                       {"upstyp.ups", "UPS-Database error: 'upstyp.ups'"}};
+  for (const auto &[file, text] : kBoxes) {
+    for (const bool at_start : {true, false}) {
+      Terminal t;
+      const auto replace_by_folder = [&] {
+        std::filesystem::remove(t.path(file));
+        std::filesystem::create_directory(t.path(file));
+      };
+      t.write_file("ups.cfg", "UpsPower=500\n");
+      if (at_start) replace_by_folder();
+      t.start();
+      if (!at_start) {
+        t.see("Set UPS values");
+        replace_by_folder();
+        t.press({Enter});
+      }
+      t.see(text);
+      t.press({Space});
+      EXPECT_EQ(t.wait_exit(), 1);
+      EXPECT_TRUE(t.given_back());
+    }
+  }
+}
+
 TEST(Masks, NameADatabaseWithoutModels) {
   for (const bool is_empty : {true, false}) {
     Terminal t;
