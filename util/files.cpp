@@ -122,12 +122,6 @@ bool holds(int file, std::string_view content) {
   }
 }
 
-std::string folder_of(const std::string &path) {
-  const size_t slash = path.rfind('/');
-  if (slash == std::string::npos) return ".";
-  return slash == 0 ? "/" : path.substr(0, slash);
-}
-
 std::string name_of(const std::string &path) { return path.substr(path.rfind('/') + 1); }
 
 std::string path_in(const std::string &folder, const std::string &name) { return folder + "/" + name; }
@@ -146,7 +140,7 @@ std::string behind_links(std::string path) {
     const ssize_t length = readlink(path.c_str(), buffer, sizeof buffer);
     if (length < 0) return path;
     const std::string target(buffer, static_cast<size_t>(length));
-    path = target.starts_with('/') ? target : path_in(folder_of(path), target);
+    path = target.starts_with('/') ? target : beside(path, target);
   }
   return "";
 }
@@ -383,9 +377,11 @@ void give_writers_access(int lock, const std::string &target) {
   if (fchown(lock, static_cast<uid_t>(-1), state.st_gid) == 0) fchmod(lock, kUnfinishedMode | S_IRGRP | S_IWGRP);
 }
 
+std::string lock_path(const std::string &target) { return beside(target, "." + name_of(target) + ".lock"); }
+
 // Opens the lock's file; where the folder takes no new file, the file itself.
 bool open_lock(const std::string &target, SaveLock &lock) {
-  lock.path = path_in(folder_of(target), "." + name_of(target) + ".lock");
+  lock.path = lock_path(target);
   lock.file.number =
       open(lock.path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, kUnfinishedMode);
   if (lock.file.number >= 0) {
@@ -448,10 +444,9 @@ bool is_copy_of(const std::string &name, std::string_view entry, Copy &copy) {
 
 template <typename Take>
 void for_each_copy(const std::string &target, Take take) {
-  const std::string folder = folder_of(target);
-  const Entries entries(opendir(folder.c_str()));
+  const Entries entries(opendir(folder_of(target).c_str()));
   while (const dirent *entry = entries == nullptr ? nullptr : readdir(entries.get())) {
-    Copy copy = {path_in(folder, entry->d_name), false, ""};
+    Copy copy = {beside(target, entry->d_name), false, ""};
     if (is_copy_of(name_of(target), entry->d_name, copy)) take(copy);
   }
 }
@@ -533,6 +528,16 @@ char *UCTgetfilename(char *dst, const char *path) {
   return dst;
 }
 
+std::string folder_of(const std::string &path) {
+  const size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string beside(const std::string &path, const std::string &name) {
+  return path.substr(0, path.rfind('/') + 1) + name;
+}
+
 int UCTfileexists() { return 0; }
 
 int read_file(const char *path, std::string &content) {
@@ -555,8 +560,7 @@ int lock_for_saving(const char *path, SaveLock &lock, int wait) {
 int is_saved_now(const char *path) {
   return in_memory([&] {
     const std::string target = behind_links(path);
-    const Descriptor lock(open(path_in(folder_of(target), "." + name_of(target) + ".lock").c_str(),
-                               O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const Descriptor lock(open(lock_path(target).c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     return lock.number >= 0 && flock(lock.number, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
   });
 }

@@ -42,6 +42,9 @@ int AFileHasAtLeastOneLine(const char *path);
 // it (the whole path when there is none). `dst` holds as much as `path`. Return `dst`.
 char *UCTgetpath(char *dst, const char *path);
 char *UCTgetfilename(char *dst, const char *path);
+// The folder of a path ("." for a bare name), and the path of `name` in it.
+std::string folder_of(const std::string &path);
+std::string beside(const std::string &path, const std::string &name);
 // Always 0: kept, callers of the library rely on it.
 int UCTfileexists();
 

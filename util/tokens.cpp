@@ -85,6 +85,14 @@ std::string joined(std::span<const std::string> pieces, std::string_view sep) {
   return text;
 }
 
+std::vector<std::string_view> split_lines(std::string_view text) {
+  std::vector<std::string_view> lines;
+  for (size_t at = 0; at <= text.size(); at += lines.back().size() + 1) {
+    lines.push_back(text.substr(at, text.find('\n', at) - at));
+  }
+  return lines;
+}
+
 int wp_numtoken(const char *text) {
   int words = 0;
   bool in_word = false;

@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Piece n of `text`, where it lies: n - 1 separators are skipped. Empty text, n < 1 or a text with fewer pieces gives
 // ""; an empty separator the whole text for any n >= 1.
@@ -23,6 +24,9 @@ int UCTnumtoken(const char *text, const char *sep);
 
 // The pieces, with `sep` between two.
 std::string joined(std::span<const std::string> pieces, std::string_view sep);
+
+// The lines of a text, without their line feeds; the last one is what comes after the last of these, "" for nothing.
+std::vector<std::string_view> split_lines(std::string_view text);
 
 // The number of words separated by white space (is_white_space).
 int wp_numtoken(const char *text);

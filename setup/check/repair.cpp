@@ -8,19 +8,15 @@
 #include "setup/check/lines.h"
 #include "setup/check/texts.h"
 #include "util/text.h"
+#include "util/tokens.h"
 
 namespace {
 
 using Lines = std::vector<std::string>;  // without their line feeds
 
 Lines split(std::string_view content) {
-  Lines lines;
-  for (size_t at = 0; at <= content.size();) {
-    const size_t end = std::min(content.find('\n', at), content.size());
-    lines.emplace_back(content.substr(at, end - at));
-    at = end + 1;
-  }
-  return lines;
+  const std::vector<std::string_view> lines = split_lines(content);
+  return {lines.begin(), lines.end()};
 }
 
 std::string join(const Lines &lines) {

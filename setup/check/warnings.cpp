@@ -1,6 +1,5 @@
 #include "setup/check/warnings.h"
 
-#include <filesystem>
 #include <memory>
 #include <optional>
 
@@ -40,8 +39,8 @@ void check_password(Warnings &warnings, const Setting &setting) {
 
 void check_folder(Warnings &warnings, const Setting &setting) {
   if (setting.kind != Kind::path || setting.mask != kMaskPaths) return;
-  const std::string folder = std::filesystem::path(text_of_field(setting)).parent_path().string();
-  if (folder.empty() || does_file_exist(folder.c_str(), kDirectoryOnly)) return;
+  const std::string folder = folder_of(text_of_field(setting));
+  if (does_file_exist(folder.c_str(), kDirectoryOnly)) return;
   warn(warnings, setting, filled(folder_label, {folder}));
 }
 
@@ -56,8 +55,7 @@ struct Messages {
 };
 
 Messages read_messages(const char *configuration) {
-  const std::filesystem::path beside = std::filesystem::path(configuration).parent_path() / kMessageFile;
-  for (const std::string &file : {beside.string(), std::string(kMessageFile)}) {
+  for (const std::string &file : {beside(configuration, kMessageFile), std::string(kMessageFile)}) {
     std::string lines;
     if (AFileExists(file.c_str()) && read_file(file.c_str(), lines)) return {file, "\n" + lines};
   }

@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <initializer_list>
 #include <set>
-#include <sstream>
 
 #include "setup/configuration/configuration.h"
 #include "setup/configuration/texts.h"
 #include "util/files.h"
 #include "util/text.h"
+#include "util/tokens.h"
 
 namespace {
 
@@ -105,9 +105,9 @@ int keep_unsaved(const char *file) {
   const std::string path = unsaved_file(file);
   std::string earlier;
   if (AFileExists(path.c_str()) && !read_file(path.c_str(), earlier)) return 0;
-  std::istringstream earlier_lines(earlier);
-  for (std::string line; std::getline(earlier_lines, line);) {
-    if (line.find('=') != std::string::npos && !keys.contains(line.substr(0, line.find('=')))) lines += line + "\n";
+  for (const std::string_view line : split_lines(earlier)) {
+    const size_t equals = line.find('=');
+    if (equals != std::string_view::npos && !keys.contains(line.substr(0, equals))) lines.append(line) += "\n";
   }
   chmod(path.c_str(), S_IRUSR | S_IWUSR);
   const mode_t mask = umask(S_IRWXG | S_IRWXO);

@@ -85,11 +85,8 @@ int print_version() {
 
 // Beside the configuration, when there is one; else in the working directory.
 void find_database() {
-  const std::string file = options.file;
-  const size_t slash = file.rfind('/');
-  if (database_was_given || slash == std::string::npos) return;
-  const std::string beside = file.substr(0, slash + 1) + upstypname;
-  if (beside.size() < sizeof upstypname && AFileExists(beside.c_str())) cpynstr(upstypname, beside);
+  const std::string file = beside(options.file, upstypname);
+  if (!database_was_given && file.size() < sizeof upstypname && AFileExists(file.c_str())) cpynstr(upstypname, file);
 }
 
 int run_command(const Command &command, const Arguments &arguments) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "setup/check/repair.h"
 #include "setup/configuration/changes.h"
@@ -15,6 +14,7 @@
 #include "util/charset.h"
 #include "util/files.h"
 #include "util/text.h"
+#include "util/tokens.h"
 
 namespace {
 
@@ -122,10 +122,10 @@ void add_value(Reading &reading, const std::string &key, const std::string &type
 }
 
 void read_lines(const std::string &text, Reading &reading) {
-  std::istringstream lines(text);
   bool is_stored = false;  // as this product's own file of unsaved settings has them
   int number = 0;
-  for (std::string line; std::getline(lines, line);) {
+  for (const std::string_view piece : split_lines(text)) {
+    const std::string line(piece);
     ++number;
     is_stored = is_stored || line == kStoredMark;
     if (line.find_first_not_of(" \t\r") == std::string::npos || line[0] == '#' || line[0] == ';') continue;
