@@ -1,4 +1,4 @@
-// kavcfg: what it refuses, finds and changes, by the built program in a folder of its own. What its commands print and
+// kavcfg: what it refuses, finds and changes, by the built program in a folder of its own. What commands print and
 // leave in the file stands in docs/transcripts, as a person sees it.
 #include <array>
 #include <cstdlib>
@@ -58,6 +58,8 @@ TEST_F(Kavcfg, RefusesInOneLineAndChangesNothing) { expect("refusals"); }
 TEST_F(Kavcfg, SetChangesItsKeysAndWhatFollowsThem) { expect("set"); }
 
 TEST_F(Kavcfg, PasswordsComeFromStandardInputAndAreNeverPrinted) { expect("passwords"); }
+
+TEST_F(Kavcfg, DatabasesAreCheckedByKavdb) { expect("database"); }
 
 // A configuration without a finding; `more` follows its lines.
 std::string sound(const std::string &more) {
