@@ -70,17 +70,17 @@ int store_text(ProfileLine *line, std::string_view prefix, std::string_view text
 
 // A line that is to get one after it needs its line feed, or the two would run together in the file. Coded lines
 // don't. The index stays as it is: a line feed is no part of a key.
-int complete_line(ProfileLine *line, int mode) {
+bool complete_line(ProfileLine *line, int mode) {
   const std::string_view text(line->txt, line->length);
-  if (is_binary(mode) || text.ends_with('\n')) return 1;
+  if (is_binary(mode) || text.ends_with('\n')) return true;
   char *room = new (std::nothrow) char[text.size() + 1];
-  if (room == nullptr) return 0;
+  if (room == nullptr) return false;
   *std::copy(text.begin(), text.end(), room) = '\n';
   if (!line->text_is_lent) delete[] line->txt;
   line->txt = room;
   line->text_is_lent = 0;
   ++line->length;
-  return 1;
+  return true;
 }
 
 // Moves the text of the second line into the first, empty node, whose place is fixed: scans end at an empty first node.
@@ -135,9 +135,9 @@ int index_topic(ProfileLine *line, std::string_view text, HashHandle h) {
   return result;
 }
 
-int append_tmp_topic(LineReading *reading) {
+bool append_tmp_topic(LineReading *reading) {
   char *text = take_room(&reading->record->pool, kTmpTopicLine.size());
-  if (text == nullptr) return 0;
+  if (text == nullptr) return false;
   kTmpTopicLine.copy(text, kTmpTopicLine.size());
   ProfileLine *line = append_line(reading, text, kTmpTopicLine.size(), true, false);
   return line != nullptr && hashNewTextVal(line, reading->record->hash);

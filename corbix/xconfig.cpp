@@ -114,10 +114,10 @@ int read_all_coded_lines(ProfileRecord *record) {
 }
 
 // A write mode needs a file with a first line. Only a file that is empty gets one: what can't be read may not be lost.
-int prepare_file(const char *file, int mode) {
+bool prepare_file(const char *file, int mode) {
   struct stat state = {};
-  if (stat(file, &state) != 0 && errno != ENOENT) return 0;
-  if (state.st_size > 0) return 1;
+  if (stat(file, &state) != 0 && errno != ENOENT) return false;
+  if (state.st_size > 0) return true;
   return WriteInitialLine(file, kBanner, is_binary(mode) ? kWriteCoded : kWriteText);
 }
 
@@ -143,7 +143,7 @@ int _open_profile(ProfileRecord *record, const char *file, int mode, std::string
   if (is_write(mode) && text.empty() && !prepare_file(file, mode)) return 0;
   cpynstr(record->name, file);
   record->mode = mode;
-  record->modified = text.empty() ? 0 : 1;
+  record->modified = !text.empty();
   record->out_of_memory = 0;
   record->first = {};
   if (!initHashTable(&record->hash)) return 0;

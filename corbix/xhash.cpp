@@ -36,15 +36,15 @@ XMEMLIST *bucket_of(const HashTable *t, const char *Key) {
 
 XMEMLIST *initialised(XMEMLIST *m) { return testXMEMLISTInitialized(m) ? m : XMLInit(m, sizeof(HASHENTRY_t)); }
 
-// Gives each of the few entries its bucket. 0 when memory runs out.
-int spread_entries(HashHandle t) {
+// Gives each of the few entries its bucket. False when memory runs out.
+bool spread_entries(HashHandle t) {
   auto *buckets = static_cast<XMEMLIST *>(std::calloc(t->TblSize, sizeof(XMEMLIST)));
-  if (buckets == nullptr) return 0;
+  if (buckets == nullptr) return false;
   t->Tbl = buckets;
   while (t->few.head != nullptr) {
     move_to_tail(initialised(bucket_of(t, entry_at(t->few.head)->Key)), &t->few, t->few.head);
   }
-  return 1;
+  return true;
 }
 
 void remove_entry(HashHandle t, XMEMLIST *m, XMLPosition pos) {
@@ -52,18 +52,18 @@ void remove_entry(HashHandle t, XMEMLIST *m, XMLPosition pos) {
   XMLRemoveAt(m, pos);
 }
 
-// Appends a new entry to the bucket of its key.
-int add_entry(HashHandle t, XMEMLIST *m, const char *Key, void *Data) {
+// Appends a new entry to the bucket of its key. False when memory runs out.
+bool add_entry(HashHandle t, XMEMLIST *m, const char *Key, void *Data) {
   if (m == &t->few && m->count == kFewEntries) {
-    if (!spread_entries(t)) return 0;
+    if (!spread_entries(t)) return false;
     m = bucket_of(t, Key);
   }
   const HASHENTRY_t none = {};
   XMLNode *pos = XMLAddTail(initialised(m), &none);
-  if (pos == nullptr) return 0;
-  if (initHashEntry(entry_at(pos), t->HashMode, t->BlockSize, Key, Data)) return 1;
+  if (pos == nullptr) return false;
+  if (initHashEntry(entry_at(pos), t->HashMode, t->BlockSize, Key, Data)) return true;
   XMLRemoveTail(m, nullptr);
-  return 0;
+  return false;
 }
 
 }  // namespace
@@ -72,7 +72,7 @@ int HashCreate(uint32_t size, HashHandle *hHash, int HashMode, uint32_t BlockSiz
   require(hHash != nullptr, "hHash", kPath);
   require(HashMode == kHashPointer || HashMode == kHashText || HashMode == kHashBlock,
           "HashMode==1 || HashMode==2 || HashMode==3", kPath);
-  if (HashMode == kHashBlock) require(BlockSize > 0, "BlockSize>0", kPath);
+  require(HashMode != kHashBlock || BlockSize > 0, "BlockSize>0", kPath);
   *hHash = nullptr;
   if (size == 0) return 0;
   auto *t = new (std::nothrow) HashTable{nullptr, size, HashMode, HashMode == kHashBlock ? BlockSize : 0, {}};
@@ -95,7 +95,6 @@ void hash_empty(HashHandle hHash) {
   const uint32_t count = has_buckets ? hHash->TblSize : 1;
   for (uint32_t n = 0; n < count; ++n) {
     XMEMLIST *m = &hHash->Tbl[n];
-    if (m->cbData == 0) continue;
     for (XMLPosition pos = m->head; pos != nullptr; pos = pos->next) emptyHashEntry(entry_at(pos), hHash->HashMode);
     XMLExit(m);
   }

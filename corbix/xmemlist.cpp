@@ -28,12 +28,12 @@ NodeBlock *blocks = nullptr;
 NodeCell *free_cells = nullptr;
 size_t used_cells = 0;
 
-int add_block() {
+bool add_block() {
   auto *block = new (std::nothrow) NodeBlock;
-  if (block == nullptr) return 0;
+  if (block == nullptr) return false;
   block->next = std::exchange(blocks, block);
   for (NodeCell &cell : block->cells) cell.next_free = std::exchange(free_cells, &cell);
-  return 1;
+  return true;
 }
 
 void *take_room(size_t size) {

@@ -22,6 +22,7 @@ struct IntList : testing::Test {
 // The elements from head to tail, after a look that they are the same backwards.
 std::vector<int> elements(const XMEMLIST &list) {
   std::vector<int> found(static_cast<size_t>(XMLGetCount(&list)));
+  EXPECT_EQ(XMLIsEmpty(&list), found.empty());
   XMLPosition at = XMLGetHeadPosition(&list);
   for (int &value : found) at = XMLGetNext(&list, at, &value);
   EXPECT_EQ(at, nullptr);
@@ -44,7 +45,7 @@ TEST_F(IntList, InsertsFindsAndRemovesAtEveryPlace) {
   EXPECT_EQ(elements(list), (std::vector{1, 2, 3, 4}));
   for (const XMLPosition at : {first, last}) XMLSetAt(&list, at, &values[0]);
   XMLRemoveAt(&list, middle);
-  EXPECT_EQ(XMLFindIndex(&list, 2), last);
+  EXPECT_TRUE(XMLFindIndex(&list, 2) == last && XMLFindIndex(&list, 3) == nullptr);
   EXPECT_EQ(XMLFind(&list, &values[0], sizeof(int), first->next), last);
   EXPECT_EQ(XMLFind(&list, "longer than an element", 22, nullptr), nullptr);
   int removed = 0;
@@ -57,16 +58,17 @@ TEST_F(IntList, InsertsFindsAndRemovesAtEveryPlace) {
 TEST_F(IntList, IsSavedAndLoadedUpToTheLastElementThatTheCountHolds) {
   for (int i = 0; i < 65535; ++i) ASSERT_NE(XMLAddTail(&list, &i), nullptr);
   EXPECT_EQ(XMLAddTail(&list, "full"), nullptr);
-  const Stream file(std::tmpfile()), only_read(std::fopen("/dev/null", "r"));
-  EXPECT_EQ(XMLSave(only_read.get(), &list), 0);
+  const Stream file(std::tmpfile()), only_read(std::fopen("/dev/null", "r")), full(std::fopen("/dev/full", "w"));
+  EXPECT_EQ(XMLSave(only_read.get(), &list) + XMLSave(full.get(), &list), 0);
   ASSERT_EQ(XMLSave(file.get(), &list), 1);
   XMEMLIST loaded;
-  for (const long missing : {0, 1}) {
+  for (const long missing : {0, 1, 6 + 65535 * 4}) {
     ASSERT_EQ(ftruncate(fileno(file.get()), 6 + 65535 * 4 - missing), 0);
     std::rewind(file.get());
     EXPECT_EQ(XMLLoad(file.get(), &loaded), missing == 0);
+    EXPECT_EQ(XMLGetDataSize(&loaded), missing > 1 ? 0 : sizeof(int));
     EXPECT_EQ(elements(loaded), missing == 0 ? elements(list) : std::vector<int>{});
-    XMLExit(&loaded);
+    XMLRemoveAll(&loaded);
   }
 }
 
@@ -85,7 +87,7 @@ void compare_with_map(int mode) {
   std::vector<std::string> data;
   for (int i = 0; i < 4000; ++i) data.push_back(std::to_string(100000 + i));
   HashHandle table = nullptr;
-  ASSERT_EQ(HashCreate(7, &table, mode, 7), 1);
+  ASSERT_TRUE(HashCreate(0, &table, mode, 7) == 0 && HashCreate(7, &table, mode, 7) == 1);
   for (int i = 0; i < 4000; ++i) {
     const std::string key(random() % 3 * 20, static_cast<char>('a' + random() % 8));
     const bool known = map.count(key) > 0;
@@ -116,7 +118,8 @@ void compare_with_map(int mode) {
   EXPECT_EQ(HashInsert(table, "", data[0].data()), 1);
   hash_empty(table);
   EXPECT_EQ(HashGet(table, "", &found), 0);
-  EXPECT_EQ(HashInsert(table, "left", data[0].data()), 1);
+  for (std::string &left : data) EXPECT_EQ(HashInsert(table, ("key" + left).c_str(), left.data()), 1);
+  EXPECT_EQ(HashGet(table, "key100000", &found), 1);
   HashDestroy(table);
 }
 
