@@ -59,7 +59,7 @@ TEST_F(Kavcfg, SetChangesItsKeysAndWhatFollowsThem) { expect("set"); }
 
 TEST_F(Kavcfg, PasswordsComeFromStandardInputAndAreNeverPrinted) { expect("passwords"); }
 
-TEST_F(Kavcfg, DatabasesAreCheckedByKavdb) { expect("database"); }
+TEST_F(Kavcfg, KavdbRefusesAndFindsFaults) { expect("database"); }
 
 // A configuration without a finding; `more` follows its lines.
 std::string sound(const std::string &more) {

@@ -1,6 +1,5 @@
-// kavdb: the coded form and back, and the program itself. The faults that it finds stand in docs/transcripts.
-#include <utility>
-
+// kavdb: the coded form and back, and the program. What it refuses and the faults that it finds stand in
+// docs/transcripts, which kavcfg_test plays.
 #include "tests/database_file.h"
 #include "tests/run.h"
 #include "upsdb/db_check.h"
@@ -53,54 +52,6 @@ TEST(Program, CompilesDumpsListsAndChecks) {
   EXPECT_EQ(list.status, 0);
   EXPECT_EQ(lines_of(list.output)[5],
             "  4  ZELK K-TSN030-200               9600,n,8,1    0x805C     0     3000       10         12\n");
-}
-
-// Each row: what is run, with a database in "whole", its first 9,000 bytes in "part", and its text in "text"; and the
-// one line that it prints.
-TEST(Program, NamesWhatItCanNotDo) {
-  const WorkingFolder folder;
-  put_file("text", sample_text());
-  put_file("empty", "");
-  put_file("faulty", "[UPS]\n");
-  ASSERT_EQ(kavdb("compile text whole"), (Result{0, ""}));
-  const std::string whole = get_file("whole");
-  put_file("part", whole.substr(0, 9000));
-  const std::pair<const char *, const char *> cases[] = {
-      {"list none", "can't read none: No such file or directory"},
-      {"check .", "can't read .: Is a directory"},
-      {"compile text .", "can't write .: Is a directory"},
-      {"compile text none/out", "can't write none/out: No such file or directory"},
-      {"check empty", "empty is empty"},
-      {"check part", "part is no database, or not all of one"},
-      {"list part", "part is no database, or not all of one"},
-      {"dump part", "part is no database, or not all of one"},
-      {"check /etc/passwd", "/etc/passwd is no database, or not all of one"},
-      {"dump text", "text is the text of a database"},
-      {"compile whole out", "whole is a coded database"},
-      {"compile text ./text", "text and ./text are the same file"},
-      {"compile - text < text", "standard input and text are the same file"},
-  };
-  for (const auto &[arguments, said] : cases) {
-    EXPECT_EQ(kavdb(arguments), (Result{1, std::string("kavdb: ") + said + "\n"})) << arguments;
-  }
-  const Result refused = kavdb("compile faulty whole");
-  EXPECT_TRUE(refused.output.ends_with("kavdb: nothing is written; --force goes on all the same\n")) << refused.output;
-  EXPECT_TRUE(get_file("whole") == whole && get_file("text") == sample_text());
-  EXPECT_EQ(kavdb("compile faulty --force whole").status, 0);
-  EXPECT_EQ(kavdb("dump whole"), (Result{0, "[UPS]\n"}));
-}
-
-TEST(Program, TellsWhatIsWrong) {
-  const Result check = kavdb("check -", "echo '[UPS]'");
-  EXPECT_NE(check.output.find("standard input:1: UPS: section: has no record\n"), std::string::npos) << check.output;
-  const Result list = kavdb("list -", "printf '[UPS]\nA\\033|1\n'");
-  EXPECT_TRUE(list.output.starts_with("standard input:2: UPS: model: can't be read, try kavdb check\n")) << list.output;
-  EXPECT_EQ(list.output.find('\033'), std::string::npos) << "control bytes are not shown";
-  EXPECT_EQ(check.status + list.status, 1 + 1);
-  for (const char *arguments : {"", "dump", "dump a b", "compile a", "dump --force a", "help"}) {
-    const Result misused = kavdb(arguments);
-    EXPECT_TRUE(misused.status == 2 && misused.output.starts_with("usage: kavdb compile")) << arguments;
-  }
 }
 
 }  // namespace
