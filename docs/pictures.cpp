@@ -133,14 +133,20 @@ struct Screen {
 };
 constexpr Screen kFirstMenu = {"first-menu", {"Create a new configuration file", "新しい設定ファイルを作成"}};
 constexpr Screen kSessionMenu = {"session-menu", {"KAVLON Pro Configuration", "KAVLON Pro 設定一覧"}};
+constexpr Screen kMessageBox = {"message-box", {"You must select", "機種名を"}};
 constexpr Screen kModelList = {"model-list", {"Select UPS modelname", "UPS 機種名の選択"}};
 constexpr Screen kUpsMask = {"ups-mask",
                              {"UPS modelname       : K-TRN010VQ-100", "UPS 機種名          : K-TRN010VQ-100"}};
 constexpr Screen kHelpBox = {"help-box", {"Standard settings help", "UPS の最大保持時間"}};
+constexpr Screen kYesNoList = {"yes-no-list", {" enable shutdown ", " シャットダウン許可 "}};
+constexpr Screen kPathMask = {"path-mask", {"Path for textfile", "テキストログのパス"}};
 constexpr Screen kEventList = {"event-list", {"Eventlist", "イベント一覧"}};
 constexpr Screen kJobList = {"job-list", {"Add Job to List", "ジョブを一覧に追加"}};
 constexpr Screen kJobMask = {"job-mask", {"Timer Settings:", "タイマの設定:"}};
+constexpr Screen kTimingList = {"timing-list", {"Periodic", "一定間隔"}};
+constexpr Screen kFunctionList = {"function-list", {"Send Messagebox with text", "メッセージボックスで通知"}};
 constexpr Screen kMailMask = {"mail-mask", {"Sender Email Address", "差出人メールアドレス"}};
+constexpr Screen kFileMissing = {"file-missing", {"ups.cfg doesn't exist", "ups.cfg がありません"}};
 
 constexpr Screen kTimeline = {"timeline", {"The battery is empty", "バッテリ切れ"}};
 
@@ -159,6 +165,9 @@ void press_times(Terminal &t, int times, Key key) { t.press(std::vector<Key>(sta
 
 void fill_in_ups(Terminal &t, int language) {
   choose(t, kUps);
+  t.press({F10});
+  take(t, kMessageBox, language);
+  t.press({Space});
   t.type(kLocation[language]);
   press_times(t, 6, Down);
   t.press({Enter});
@@ -171,6 +180,16 @@ void fill_in_ups(Terminal &t, int language) {
   t.press({Escape, F10});
 }
 
+void look_at_system_and_paths(Terminal &t, int language) {
+  choose(t, kSystem);
+  t.press({Down, Down, Enter});
+  take(t, kYesNoList, language);
+  t.press({Escape, Escape});
+  choose(t, kPaths);
+  take(t, kPathMask, language);
+  t.press({Escape});
+}
+
 void look_at_jobs(Terminal &t, int language) {
   choose(t, kEvents);
   take(t, kEventList, language);
@@ -178,7 +197,11 @@ void look_at_jobs(Terminal &t, int language) {
   take(t, kJobList, language);
   choose(t, 2);
   take(t, kJobMask, language);
-  t.press({Escape, Escape, Escape});
+  t.press({Down, Down, Enter});
+  take(t, kTimingList, language);
+  t.press({Escape, Escape, Up, Up, Up, Enter});
+  take(t, kFunctionList, language);
+  t.press({Escape, Escape});
 }
 
 void fill_in_mail(Terminal &t, int language) {
@@ -206,16 +229,21 @@ void draw_timeline(int language) {
 }
 
 void take_all(int language) {
+  const std::vector<std::string> options(static_cast<size_t>(language), "-japanese");
   Terminal t;
-  t.start({.options = language == 0 ? std::vector<std::string>{} : std::vector<std::string>{"-japanese"}});
+  t.start({.options = options});
   take(t, kFirstMenu, language);
   t.press({Enter, Down, Enter});
   take(t, kSessionMenu, language);
   fill_in_ups(t, language);
+  look_at_system_and_paths(t, language);
   look_at_jobs(t, language);
   fill_in_mail(t, language);
   t.press({Escape, Escape, Up, Enter});
   t.wait_exit();
+  std::filesystem::create_directory(t.path("ups.cfg"));
+  t.start({.options = options});
+  take(t, kFileMissing, language);
   draw_timeline(language);
 }
 
