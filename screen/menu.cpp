@@ -177,7 +177,7 @@ int DoScrollMenuExt(WINDOW *, int row, int col, int width, int height, int32_t a
     if (key == kKeyEscape) return kMenuEscaped;
     const int selected = ProcessListKeyboard(key, &scroll.first, &scroll.cursor, count, scroll.visible);
     if (is_enter(key)) {
-      if (chosen != 0) get_element_by_num(list.get(), selected, out);
+      get_element_by_num(list.get(), selected, out);
       return chosen;
     }
     if (key == kKeyHelp) show_menu_help({win.get(), row, col, width}, help, chosen);

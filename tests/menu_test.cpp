@@ -65,6 +65,7 @@ TEST(List, EntriesStandInTheirPlaces) {
   EXPECT_EQ(rows_of(newscr, 0, 4), "     e2|  e1 e1|      e2  e2|      e3|");
   EXPECT_EQ(DrawFullStringBox(win.get(), list.get(), 9, kLeft), 0);
   EXPECT_EQ(DrawFullStringListBox(win.get(), list.get(), 1, 9, 2, 2, 6, 2, kLeft), 0);
+  EXPECT_EQ(DrawFullStringListBox(win.get(), nullptr, 1, 1, 2, 2, 6, 2, kLeft), 0);
   type_ahead({'a', 'b', 'c', 'd'});
   DumpList(list.get());
   EXPECT_EQ(inkey(), 'd');
@@ -119,30 +120,35 @@ TEST(Menu, Results) {
   type_ahead({kKeyDown, kKeyReturn, kKeyReturn, kKeyEscape});
   for (const int answer : {2, 1, 0}) EXPECT_EQ(yes_no_menu(stdscr, 10, 45, "Sure ?"), answer);
   char text[84] = "-";
-  type_ahead({kKeyDown, kKeyEscape, kKeyEnd, kKeyDown, kKeyDown, kKeyEnter});
-  EXPECT_EQ(DoScrollMenu(stdscr, 20, 1, 20, 2, 0, 0, text, "T", "a|b|c|d|e", "|", 1, 3), -1);
-  EXPECT_STREQ(text, "-");
-  EXPECT_EQ(DoScrollMenu(stdscr, 20, 1, 20, 2, 0, 0, text, "T", "a|b|c|d|e", "|", 1, 3), 5);
-  EXPECT_STREQ(text, "e");
+  type_ahead({kKeyDown, kKeyEscape, kKeyEnd, kKeyDown, kKeyDown, kKeyEnter, kKeyEnter});
+  for (const auto &[answer, chosen] : {std::pair(-1, "-"), {5, "e"}, {1, "a"}}) {
+    EXPECT_EQ(DoScrollMenu(stdscr, 20, 1, 20, 2, 0, 0, text, "T", "a|b|c|d|e", "|", 1, 3), answer);
+    EXPECT_STREQ(text, chosen);
+  }
 }
 
 std::string shown;  // the screen when help was asked for
-int look_at_screen(int help, int chosen, char *, char *) {
+// Nobody has a help for 5, and only that for 6 has a text, of one letter; a help that is shown takes a key.
+int look_at_screen(int help, int chosen, char *title, char *text) {
   shown = rows_of(newscr, 0, 9) + std::to_string(help) + ":" + std::to_string(chosen);
-  return 0;
+  title[0] = help == 7 ? 'T' : '\0';
+  text[0] = help < 7 ? 'x' : '\0';
+  return help != 5;
 }
 
 TEST(Menu, IsDrawnBelowItsTitle) {
   const CursesScreen screen;
   menu_help = look_at_screen;
-  type_ahead({kKeyDown, '?', kKeyEscape, kKeyPreviousPage, kKeyDown, '?', kKeyReturn, '?', kKeyEscape});
-  DoMenuExt(stdscr, 1, 0, 8, 0, 0, "Two|lines", "a|bc", "|", kSingleLine, 5);
-  EXPECT_EQ(shown, "|lqqqqqqqk|x  Two  x|x lines x|tqqqqqqqu|x  a    x|x bc    x|mqqqqqqqj||5:2");
+  type_ahead({kKeyDown, '?', kKeyEnter, kKeyPreviousPage, kKeyDown, '?', kKeyDown, kKeyEnter, kKeyEnter, '?', kKeyEnter,
+              '?', kKeyEnter, kKeyEnter, 'x'});
+  DoMenuExt(stdscr, 1, 0, 8, 0, 0, "Two|lines, cut", "a|bc", "|", kSingleLine, 5);
+  EXPECT_EQ(shown, "|lqqqqqqqk|x  Two  x|xlines, x|tqqqqqqqu|x  a    x|x bc    x|mqqqqqqqj||5:2");
   char text[84];
-  DoScrollMenuExt(stdscr, 0, 0, 9, 2, 0, 0, text, "T", "a|b|c|d|e", "|", kSingleLine, kRight, 6);
+  EXPECT_EQ(DoScrollMenuExt(stdscr, 0, 0, 9, 2, 0, 0, text, "T", "a|b|c|d|e", "|", kSingleLine, kRight, 6), 4);
   EXPECT_EQ(shown, "lqqqqqqqk|x   T   x|tqqqqqqqu|x       x|x      cx|x      dx|mqqqqqqqj|||6:4");
-  DoMenuExt(stdscr, 1, 0, 8, 0, 0, "", "a|bc", "|", kSingleLine, 5);
-  EXPECT_EQ(shown, "|lqqqqqqqk|x  a    x|x bc    x|mqqqqqqqj|||||5:1");
+  for (const int help : {8, 7}) DoMenuExt(stdscr, 1, 0, 8, 0, 0, "", "a|bc", "|", kSingleLine, help);
+  EXPECT_EQ(shown, "|lqqqqqqqk|x  a    x|x bc    x|mqqqqqqqj|||||7:1");
+  EXPECT_EQ(inkey(), 'x');
   menu_help = nullptr;
 }
 
@@ -150,12 +156,13 @@ TEST(Menu, IsDrawnBelowItsTitle) {
 void leave_at_box() {
   const CursesScreen screen;
   keep_work = [] { std::fputs(rows_of(curscr, 9, 13).c_str(), stderr); };
-  if (std::freopen("/dev/null", "r", stdin) != nullptr) draw_box(stdscr, "a|text", "|", 0, 0, 1);
+  const std::string text = "a|text|" + std::string(99, 'l');
+  if (dup2(fileno(screen.device), STDIN_FILENO) == 0) draw_box(stdscr, text.c_str(), "|", 0, 0, 1);
 }
 
 TEST(Menu, ABoxStandsInTheMiddleAndTellsOfAnError) {
   EXPECT_EXIT(leave_at_box(), testing::ExitedWithCode(EXIT_FAILURE),
-              "    lq{69}k\\|    x {34}a {34}x\\|    x {32}text {33}x\\|    mq{69}j\\|\\|{5}"
+              "    lq{69}k\\|    x {34}a {34}x\\|    x {32}text {33}x\\|    xl{69}x\\|    mq{69}j\\|\\|{5}"
               " {34}lq{14}k\\| {34}x *E R R O R !! *x\\| {34}mq{14}j\\|");
 }
 
@@ -169,10 +176,8 @@ TEST(Menu, ABoxIsClosedByAWholeCharacter) {
 }
 
 TEST(File, ExistsUnlessItIsKnownToBeMissing) {
-  EXPECT_EQ(does_file_exist("/etc/passwd", 1), 1);
-  EXPECT_EQ(does_file_exist("/etc/no such file", 1), 0);
-  EXPECT_EQ(does_file_exist("/etc/passwd/below", 1), 1);
-  EXPECT_EQ(does_file_exist("/etc/passwd", 2), 0);
+  for (const char *file : {"/etc/passwd", "/etc/passwd/below"}) EXPECT_EQ(does_file_exist(file, 1), 1);
+  EXPECT_EQ(does_file_exist("/etc/no such file", 1) + does_file_exist("/etc/passwd", 2), 0);
   EXPECT_EQ(does_file_exist("/etc", 2), 1);
 }
 
