@@ -22,7 +22,6 @@ void set_smtp_fields(uint8_t type) {
 void init_mail_tab() { std::copy(kMailFields.begin(), kMailFields.end(), MailTabArr); }
 
 void init_mail_cfg() {
-  MailRec = {};
   for (const Setting *setting : kOrder) store_default(*setting, "");
 }
 
@@ -31,10 +30,7 @@ void read_mail_cfg(const char *) {
   load_mail();
 }
 
-void load_mail() {
-  MailRec = {};
-  load_settings(kOrder);
-}
+void load_mail() { load_settings(kOrder); }
 
 bool keeps_smtp_user() {
   char word[256];
