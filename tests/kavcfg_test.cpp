@@ -76,7 +76,7 @@ std::string mail_job(const std::string &attachments) {
 }
 
 TEST_F(Kavcfg, CheckNamesLineAndKey) {
-  put_file("messages.dat", "m601=x\n");
+  expect("check");
   const std::string warned =
       "UpsModel=K-TRN010VQ-100\nUpsLoad=500\nUpsHoldMins=5\nPASSWORD=SWNL\nLogFileTxt=none/a.csv\n"
       "Event3=" +
@@ -89,25 +89,13 @@ TEST_F(Kavcfg, CheckNamesLineAndKey) {
       {sound("Event3=EXECUTE(\"/bin/page\",\"\")T999999;SHUTDOWN(\"default\")O;\n"), ""},
       {sound("MailEnableFlag=yes\nSmtpHost=h\nMailFromAddr=a\nEvent3=" +
              mail_job(R"(${}${#USETEXT?,"-attach","#LOGFILETXT"}${}${})") + "\n"), ""},
-      {sound("CheckRate=0\n"), "ups.cfg:6: CheckRate: is not from 1 to 600\n"},
-      {sound("CheckRate=5 ; fast\n"), "ups.cfg:6: CheckRate: ';' is not accepted, it takes only 0-9 . blanks\n"},
-      {sound("upsmodel=x\n"), "ups.cfg:6: UpsModel: is already in line 1, this line does not count\n"},
       {sound("shift=[night]\nCheckRate=5\n"),
        "ups.cfg:6: This value can not be read back: '[' hides what follows\n"
        "ups.cfg:7: CheckRate: is hidden by the '[' in line 6\n"},
       {sound("SmtpPassword=_][\nCheckRate=5\n"),
        "ups.cfg:6: SmtpPassword: This value can not be read back: '[' hides what follows\n"
        "ups.cfg:7: CheckRate: is hidden by the '[' in line 6\n"},
-      {sound("GarUpTime=3\n"), "ups.cfg:6: GarUpTime: is not in the usual form, write '1'\n"},
-      {sound("UpsLocation=a\tb\n"), "ups.cfg:6: UpsLocation: This value can not be read back: a part of it is lost\n"},
-      {sound("UpsLoad: 800\n"), "ups.cfg:6: is neither a setting, a comment nor a topic\n"},
-      {sound("export UpsLoad=800\n"), "ups.cfg:6: is neither a setting, a comment nor a topic\n"},
-      {sound("sysdwnmin=12\nChekcRate=5\nUpssLooad=1\n"),
-       "ups.cfg:6: sysdwnmin: did you mean SysDownMins?\nups.cfg:7: ChekcRate: did you mean CheckRate?\n"
-       "ups.cfg:8: UpssLooad: did you mean UpsLoad?\n"},
-      {sound("[site]\nCheckRate=5\n"),
-       "ups.cfg:7: CheckRate: is not found, since it stands after the topic in line 6\n"},
-      {sound("; a\rCheckRate=5\rshift=1\r"),
+      {sound("CheckRate=5\rshift=1\r"),
        "ups.cfg:6: holds carriage returns that end no line: all of it is one line\n"},
       {sound({"UpsLocation=a\0b\n", 16}), "ups.cfg:6: ends at a byte of value 0\n"},
       {sound("CheckRate=5\r"), "ups.cfg:6: CheckRate: ends in a carriage return\n"},
@@ -115,14 +103,9 @@ TEST_F(Kavcfg, CheckNamesLineAndKey) {
        "ups.cfg:2: is UTF-8, but line 1 is EUC-JP: a file has one encoding\n"
        "ups.cfg:8: PASSWORD: is already in line 4, this line does not count\n"
        "ups.cfg:9: holds bytes that are neither UTF-8 nor EUC-JP\n"},
-      {sound("Event3=EVENTLOG(\"warn\",100,\"a\")O;\n"),
-       "ups.cfg:6: Event3: job 1: TYPE: there is no level warn: emergency, alert, critical, error, warning, notice, "
-       "information\n"},
       {sound("CheckRate=5\r\n"),
        "ups.cfg:6: CheckRate: ends in a carriage return\n"
        "warning: ups.cfg:6: has a Windows line end: with these a save makes 'upsdata..dat' of 'upsdata.csv'\n"},
-      {sound("Event3=MESSAGEID(\"local\",601)O;MESSAGEID(\"local\",60)O;\n"),
-       "warning: ups.cfg:6: Event3: job 2: message 60 is not in messages.dat\n"},
       {sound("#" + std::string(1100, 'x') + "\n"), "ups.cfg:6: is longer than 1023 bytes and is read in pieces\n"},
       {"\xEF\xBB\xBF" + sound(""),
        "ups.cfg: UpsModel: no UPS model is chosen\n"
