@@ -40,6 +40,8 @@ std::string content_or_none() { return is_there() ? get_file(kFile) : kNone; }
 // Loads what is there, changes something in every section, and saves it. 0 when any of that was not possible.
 int save(int32_t number) {
   if (!(is_there() ? init_config_vals(kFile) : init_new_config_vals())) return 0;
+  const int last = EventStrings.nCount - 1;  // what there is memory for are the first lists
+  EXPECT_STREQ(last < 0 ? "" : CStrArr_GetStr(&EventStrings, last), last < 0 ? "" : eventlist[last].jobs[0]);
   StdRec.power = number;
   CustomRec.shutdown_minutes = number % 90 + 1;
   PathRec.data_log_size = number;

@@ -5,6 +5,7 @@
 #include "corbix/xconfig.h"
 #include "setup/jobs/email_job.h"
 #include "setup/jobs/event_table.h"
+#include "setup/jobs/job_fields.h"
 #include "setup/settings/settings.h"
 #include "tests/folder.h"
 #include "util/text.h"
@@ -82,7 +83,7 @@ TEST_F(Jobs, SplitsOneJob) {
     { R"(EVENTLOG("Warning",,"t")O)",               8,     "information;;t",     "O",        " information" },
     { "LOGMSG(\"no end\"O",                         6,     "",                   "",         "Log Event" },
     { "LOGMSG)\"x\"(O",                            -1,     "",                   "\"x\"(O",  "LOGMSG)\"x\"(O" },
-    { "||| ",                                      -1,     "",                   "",         "    " },
+    { "|||(",                                      -1,     "",                   "",         "   (" },
       // clang-format on
   };
   for (const auto &[text, function, values, timing, line] : cases) {
@@ -91,11 +92,39 @@ TEST_F(Jobs, SplitsOneJob) {
     EXPECT_EQ(joined(values_of(*job), ";"), values);
     EXPECT_STREQ(job->timing, timing) << text;
     EXPECT_EQ(line_of(*job), line);
+    EXPECT_EQ(job->name, text.substr(0, text.find('(')));
     EXPECT_TRUE(function >= 0 || built(*job) == text + ";") << text;
   }
   const auto job = parsed("MESSAGE(\"\",\"\")O");
   cpynstr(job->summary, "#3 #x ## #" + std::string(80, '.') + "#");
   EXPECT_EQ(line_of(*job), "3 x # " + std::string(58, '.'));
+  char rest[] = "rest";
+  EXPECT_EQ(getRepTime(nullptr, rest, 5) + getRepTime("a)O", nullptr, 5) + getRepTime("a)O", rest, 0), 0);
+  EXPECT_STREQ(rest, "rest");
+  EXPECT_EQ(removeQuotes(nullptr), nullptr);
+}
+
+TEST_F(Jobs, ComeBackFromTheirMaskUnlessAValueIsMissing) {
+  const std::tuple<std::string, int, const char *, std::string> cases[] = {
+      // clang-format off
+  //  job                             field  typed   comes back, "" for never
+    { R"(LOGMSG("a")P60)",              0,   "b",    R"(LOGMSG("b")P60;)" },
+    { R"(LOGMSG("a")P60)",              0,   "",     "" },
+    { R"(MESSAGEID("u",601)O)",         0,   "",     "" },
+    { R"(MESSAGEID("u",601)O)",         1,   "",     "" },
+    { R"(EVENTLOG("error",5,"t")R7)",   2,   "x",    R"(EVENTLOG("error",100,"x")R7;)" },
+    { R"(EVENTLOG("error",5,"t")R7)",   2,   "",     "" },
+    { R"(EXECUTE("send","h","1")A)",    1,   "",     R"(EXECUTE("send","h","")A;)" },
+    { R"(SHUTDOWN("5")O)",              0,   "5941", R"(SHUTDOWN("5940")O;)" },
+      // clang-format on
+  };
+  for (const auto &[text, field, typed, expected] : cases) {
+    const auto job = parsed(text);
+    load_function_values(*job, 0);
+    put_mask_text(job->function, field, typed);
+    EXPECT_EQ(save_function_values(*job, 0), !expected.empty());
+    EXPECT_EQ(built(*job), expected.empty() ? text + ";" : expected);
+  }
 }
 
 TEST_F(Jobs, TimingThroughTheTwoFields) {
@@ -127,10 +156,12 @@ TEST_F(Jobs, EmailsTakeTheirTextFromTheLastCommaOn) {
   const std::string start =
       R"(EXECUTEH("sendvik.exe","-ini","upsext.cfg","-ofi","upsext.cfg","-s","kavlon service","-t",)";
   const std::string signature = R"(${#USEEMAILSIGNF?,"-sig","#EMAILSIGNF"})";
-  auto job = parsed(start + "\"R\",\"X\")O");  // no blocks
-  EXPECT_EQ(values_of(*job), Texts(6));
-  EXPECT_EQ(get_function_params(*job), 0);
-  job = parsed(start + "\"R\"" + signature + "${}${a}${}${},\"cost: $5\")O");
+  for (const char *end : {"\"R\",\"X\")O", "$a)O"}) {  // no blocks, no comma
+    const auto bad = parsed(start + end);
+    EXPECT_EQ(values_of(*bad), Texts(6));
+    EXPECT_EQ(get_function_params(*bad), 0);
+  }
+  const auto job = parsed(start + "\"R\"" + signature + "${}${a}${}${},\"cost: $5\")O");
   EXPECT_EQ(values_of(*job), (Texts{"R", "cost: $5", "", "a", "", ""}));
   cpynstr(job->params[1].value, "one, two");  // kept: a text with a comma comes apart
   EXPECT_EQ(built(*job), start + "\"R\",\"one" + signature + "${}${}${}${}, two\")O;");
@@ -194,19 +225,21 @@ TEST_F(Jobs, ListsAreReadAndWrittenAndAMissingFileChangesNothing) {
 }
 
 TEST_F(Jobs, AnotherModelBringsTheDefaultListsBack) {
-  const std::string mine = "LOGMSG(\"mine\")O;", model(30, 'm');
+  const std::string mine = "LOGMSG(\"mine\")O;", model(29, 'm');
+  const std::tuple<std::string, int, bool> cases[] = {
+      {"", 25, true},  // no model, as the file was read
+      {model + "ax", 25, false},
+      {model + "ay", 25, true},  // the same in its first 30 characters
+      {model + "b", 25, false},
+      {model + "b", 0, false},
+  };
   event_ups_name[0] = '\0';
-  set_list(3, mine);
-  EXPECT_EQ(reset_lists_for_model(""), 25);  // no model, as the file was read
-  EXPECT_EQ(list_of(3), mine);
-  EXPECT_EQ(reset_lists_for_model((model + "x").c_str()), 25);
-  EXPECT_EQ(list_of(3), eventlist[3].jobs[0]);
-  set_list(3, mine);
-  EXPECT_EQ(reset_lists_for_model((model + "y").c_str()), 25);  // the same in its first 30 characters
-  EXPECT_EQ(list_of(3), mine);
-  DbEventListCnt = 0;
-  EXPECT_EQ(reset_lists_for_model(model.c_str()), 25);
-  EXPECT_EQ(list_of(3), eventlist[3].jobs[0]);
+  for (const auto &[name, lists, stay] : cases) {
+    set_list(3, mine);
+    DbEventListCnt = lists;
+    EXPECT_EQ(reset_lists_for_model(name.c_str()), 25);
+    EXPECT_EQ(list_of(3), stay ? mine : eventlist[3].jobs[0]) << name;
+  }
 }
 
 }  // namespace

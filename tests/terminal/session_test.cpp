@@ -155,6 +155,7 @@ TEST(Masks, SayAtOnceWhatTheFileCanNotGiveBack) {
       {true,  kUps,    {},    "       \033OB",                  "An empty value can not be read back, and what follows it is not saved"},
       {false, kUps,    {},    "       \033OB",                  "An empty value can not be read back: the default comes instead"},
       {true,  kUps,    {},    "       \033OB\033OAOffice\033OB", kNothing},
+      {false, kUps,    {},    "",                               "ups.cfg:3: CheckRate: is not from 1 to 600"},
       {true,  kSystem, {},    "E",                              kHidden},  // scrambled, it becomes a bracket
       {true,  kSystem, {},    "E\177Attic",                     kNothing},
       {true,  kPaths,  {},    "[",                              kHidden},
@@ -166,7 +167,7 @@ TEST(Masks, SayAtOnceWhatTheFileCanNotGiveBack) {
     if (is_new) {
       open_new_session(t);
     } else {
-      t.start({.files = {{"ups.cfg", "UpsLocation=Office\nMailEnableFlag=yes\n"}}});
+      t.start({.files = {{"ups.cfg", "UpsLocation=Office\nMailEnableFlag=yes\nCheckRate=0\n"}}});
     }
     choose(t, entry);
     const int row = t.find("help>").row - 1;
