@@ -131,6 +131,14 @@ TEST_F(Configurations, ListOfOneAppliedToAnotherMakesThemTheSame) {
   }
 }
 
+TEST_F(Configurations, TakeTheLineSettingsOfTheirModel) {
+  fill_port("/dev/ttyS7", get_ups_list_id(UpsTypeArr, "K-TRN010VQ-100"));
+  EXPECT_EQ(text_of_field(*setting_of_key("UpsDevice")), "/dev/ttyS7:2400,n,8,1");
+  EXPECT_EQ(oemid, 1);
+  const ModelEntry *none = get_ups_by_name(UpsTypeArr, "none");
+  EXPECT_EQ(none->cable + none->kind + none->power + none->load + none->hold_minutes + none->recharge_hours, 0);
+}
+
 TEST_F(Configurations, AreNotChangedByTheirCheck) {
   put_file("a.cfg", "TempCaution=50\n");
   std::vector<KeyFinding> faults;

@@ -131,6 +131,7 @@ TEST_F(Jobs, TimingThroughTheTwoFields) {
   const std::tuple<int, const char *, const char *, const char *, int, const char *> cases[] = {
       // clang-format off
   //  event             code         label        number   field            stored
+    { 0,               "",          "Once     ", "0",      kFieldReadOnly, "O" },
     { 0,               "X9",        "Once     ", "0",      kFieldReadOnly, "O" },
     { 0,               "P",         "Periodic ", "",       kFieldDigits,   "P0" },
     { 0,               "T12345678", "Timed    ", "123456", kFieldDigits,   "T123456" },

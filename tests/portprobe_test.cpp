@@ -75,6 +75,35 @@ Result check(const string &path) {
   return {code, buffer};
 }
 
+TEST(Device, NamesAreCutFromPathsOrLeftOutWhole) {
+  const std::tuple<char *(*)(char *, int, const char *), const char *, string> cases[] = {
+      {get_device_path, "/dev/usb/tty1", "/dev/usb/"},
+      {get_device_path, "tty1", ""},
+      {get_device_path, nullptr, "/dev/"},
+      {get_device, "/dev/usb/tty1", "tty1"},
+      {get_device, "tty1", "tty1"},
+      {get_device, nullptr, "ttyS0"},
+  };
+  for (const auto &[part_of, device, expected] : cases) {
+    char text[16] = "before";
+    const int size = static_cast<int>(expected.size()) + 1;
+    EXPECT_EQ(part_of(text, size - 1, device), nullptr);
+    EXPECT_STREQ(text, "before");
+    EXPECT_EQ(part_of(text, size, device), text);
+    EXPECT_EQ(text, expected);
+  }
+  char usual[11], reason[64] = "";
+  EXPECT_STREQ(get_default_device(usual, sizeof usual), "/dev/ttyS0");
+  EXPECT_EQ(get_default_device(usual, sizeof usual - 1), nullptr);
+  EXPECT_EQ(is_device_valid(reason, sizeof reason, string(506, 'x').c_str()), 1);
+  EXPECT_EQ(is_device_valid(reason, sizeof reason, string(507, 'x').c_str()), -1);
+  EXPECT_STREQ(reason, "stat(): File name too long");
+  EXPECT_EQ(is_device_valid(reason, sizeof reason, (string(507, 'x') + "/").c_str()), 1);
+  EXPECT_EQ(build_ret_str(nullptr, 1, "", nullptr) + build_ret_str(reason, 0, "", nullptr), 0);
+  EXPECT_EQ(build_ret_str(reason, 28, "x", "y", nullptr), 0);
+  EXPECT_STREQ(reason, "stat(): File name too longx");
+}
+
 TEST(LockFile, HoldsThePortUnlessItsProcessIsKnownToBeGone) {
   const WorkingFolder folder;
   const string own = std::to_string(getpid());

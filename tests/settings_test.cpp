@@ -6,6 +6,7 @@
 #include "setup/configuration/changes.h"
 #include "setup/configuration/configuration.h"
 #include "setup/jobs/event_table.h"
+#include "setup/settings/checks.h"
 #include "setup/settings/settings.h"
 #include "tests/folder.h"
 #include "util/trace.h"
@@ -82,8 +83,11 @@ TEST_F(Settings, ValuesThatStandOtherwiseInTheFile) {
            "PASSWORD= \nUpsDownDelay=59\nUpsCable=42\nLoggingData=0\nUpsPower=99999999999\nCheckRate=fast\n");
   ASSERT_EQ(init_config_vals("ups.cfg"), 1);
   EXPECT_EQ(text("PASSWORD") + "," + text("UpsCable") + "," + text("LoggingData"), ",LAST,no");
+  EXPECT_EQ(number_in(field_of(*setting_of_key("UpsPower"))), INT32_MAX);
+  const RecordField none = field_of_mask(kMaskUps, kStdFieldCount);
+  char nothing[256] = "before";
+  EXPECT_EQ(number_in(field_of(*setting_of_key("UpsDevice"))) + number_in(none) + *text_in(none, nothing), 0);
   EXPECT_EQ(CustomRec.ups_shutdown_delay, 0);
-  EXPECT_EQ(StdRec.power, INT32_MAX);
   EXPECT_EQ(CustomRec.check_rate, 0);
 
   put_file("ups.cfg", "PASSWORD=SWNL\n");
@@ -111,6 +115,8 @@ TEST_F(Settings, NumbersOutOfRangeLeaveTheFileAsItIs) {
   CustomRec.ups_shutdown_delay = 99;
   CustomRec.fixed_down_time = -1;
   put("PASSWORD", "");
+  EXPECT_EQ(value_check(kCheckRate, kMaskSystem), 0);
+  EXPECT_EQ(value_check(kPassword, kMaskSystem), 1) << "without a range";
   ASSERT_EQ(save_custom_cfg("ups.cfg"), 1);
   EXPECT_EQ(
       get_file("ups.cfg"),

@@ -23,6 +23,9 @@ TEST(Detection, TakesTheCodeOutOfAnAnswer) {
     EXPECT_EQ(prepare_string(code, sizeof code, answer), result) << answer;
     EXPECT_STREQ(code, expected);
   }
+  char code[] = "code";
+  EXPECT_EQ(prepare_string(nullptr, 5, "%MK") + prepare_string(code, 5, nullptr) + prepare_string(code, 0, "%MK"), 0);
+  EXPECT_STREQ(code, "code");
 }
 
 TEST(Detection, FindsTheModelOfACode) {
@@ -43,7 +46,9 @@ TEST(Detection, FindsTheModelOfACode) {
   };
   for (const auto &[text, model, shown] : cases) {
     char name[64] = "", display[64];
-    EXPECT_STREQ(check_model_list(name, sizeof name, text), model) << text;
+    const int size = model == nullptr ? 64 : lenstr(model) + 1;
+    EXPECT_STREQ(check_model_list(name, size, text), model) << text;
+    EXPECT_EQ(check_model_list(name, size - 1, text), nullptr);
     EXPECT_STREQ(get_model_string(display, sizeof display, text), shown);
   }
 }

@@ -125,7 +125,7 @@ TEST(Session, OptionsAreAbbreviatedAndUnknownOnesExplained) {
 
 TEST(UpsMask, AModelBringsItsValuesAlong) {
   Terminal t;
-  t.start({.files = {{"ups.cfg", "PASSWORD= \nUpsDevice=/dev/ttyS9\nEvent0=LOGMSG(\"mine\")O;\n"}}});
+  t.start({.files = {{"ups.cfg", "PASSWORD= \nUpsDevice=/dev/ttyS9\nEvent0=LOGMSG(\"mine\")O;\nUpsModel=Old\n"}}});
   choose(t, kUps);
   t.press({Up, Up, Down, Down, Down, Down, Down, Down, Enter});
   t.press({End, Up, Home, Down, Down, Down, Down, Enter, F10});
