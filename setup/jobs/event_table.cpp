@@ -57,7 +57,6 @@ int is_shutdown_with_sched(int code) { return code == kSchedulerEvent; }
 
 void init_cstr_array() {
   CStrArr_Empty(&EventStrings);
-  CStrArr_Init(&EventStrings);
   DbEventListCnt = 0;
 }
 
@@ -72,7 +71,6 @@ int fill_event_strings(const char * /*ups_type*/) {
 
 int load_event_strings() {
   CStrArr lists = {};
-  CStrArr_Init(&lists);
   for (const Setting &setting : kJobLists) {
     const std::string *text = text_in_file(setting);
     if (CStrArr_Add(&lists, text == nullptr ? "" : text->c_str())) continue;

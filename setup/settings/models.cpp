@@ -12,6 +12,7 @@
 namespace {
 
 constexpr int16_t kGSeries = static_cast<int16_t>(0x805C);
+constexpr ModelEntry kLastModel = {"LAST", 0, 0, 0, 0, 0, 0};
 
 ModelEntry model_of(const UpsData &record) {
   ModelEntry entry = {};
@@ -50,7 +51,7 @@ void put_number(int field, int32_t number) { put_text(field, std::to_string(numb
 
 char upstypname[256] = "upstyp.ups";
 int16_t oemid = 0;
-ModelEntry UpsTypeArr[kMaxModels + 1] = {{"LAST", 0, 0, 0, 0, 0, 0}};
+ModelEntry UpsTypeArr[kMaxModels + 1] = {kLastModel};
 
 const CableEntry UpsCableArr[12] = {
     // clang-format off
@@ -79,7 +80,7 @@ int InitUpsTypeArray() {
     UpsData record;
     if (UpsGetAtDb(record, static_cast<int16_t>(index))) UpsTypeArr[index] = model_of(record);
   }
-  UpsTypeArr[index] = {"LAST", 0, 0, 0, 0, 0, 0};
+  UpsTypeArr[index] = kLastModel;
   UpsCloseDb();
   return 1;
 }
