@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <tuple>
@@ -19,6 +20,7 @@ using Bytes = std::unique_ptr<char, decltype(&std::free)>;
 std::string encoded(const std::string &data, size_t size) {
   size_t length = 0;
   const Bytes text(EncodeBase64(data.data(), size, &length), &std::free);
+  EXPECT_EQ(std::strlen(text.get()), length);
   return {text.get(), length};
 }
 
@@ -69,6 +71,7 @@ TEST(Mime, TheCharacterAfterAValueIsCopiedToo) {
   EXPECT_EQ(getParam(": a; NAME = \"b c\"; d", "name", value, sizeof value), 1);
   EXPECT_STREQ(value, "b c\"xxx");
   EXPECT_EQ(getParam(": a", "name", value, sizeof value) + getParam(": a; b=c", "name", value, sizeof value), 0);
+  EXPECT_EQ(getValue(": \r\n", value, sizeof value), 0);
 }
 
 TEST(Mime, HeadersAreRead) {

@@ -125,7 +125,9 @@ TEST_F(Families, FindVariables) {
   EXPECT_EQ(line_of(variable), "0||||0");
   UpsCloseDb();
   const OpenDatabase other("[VARIABLEN]\n4|NEW|New|-|0\n");
+  EXPECT_EQ(UpsGetCountDbVarInfo() + UpsGetAtDbVarInfoFromVarID(variable, 4), 1 + 1);
   EXPECT_EQ(UpsGetAtDbVarInfoFromVarID(variable, 1), 0) << "of the other database";
+  EXPECT_EQ(line_of(variable), "0||||0");
 }
 
 TEST_F(Families, AppendCode) {

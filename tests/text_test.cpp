@@ -70,7 +70,7 @@ TEST(Text, ComparesAndFinds) {
   EXPECT_TRUE(xstrnicmp("AZx", "azy", 2) == 0 && xstrnicmp("AZx", "azy", 3) == -1);
   EXPECT_TRUE(strnicmp("aB", "Abc", 3) == -'C' && strnicmp("ab", "x", 0) == 0);
   EXPECT_TRUE(str_contain("hello", "lo", 5) == 1 && str_contain("hello", "lo", 4) == 0);
-  EXPECT_EQ(str_contain("hello", "hello", 4), 0);
+  EXPECT_TRUE(str_contain("hello", "hello", 5) == 1 && str_contain("hello", "hello", 4) == 0);
   Label label = {"of %s, %s!", ""};
   EXPECT_EQ(filled(label, {"%s", "2"}), "of %s, 2!");
 }
@@ -83,7 +83,7 @@ TEST(Text, ControlCharactersAreNotShown) {
       {"\u009B2J \u00A0\u00E9\u3042\U0001F600", "??2J \u00A0\u00E9\u3042\U0001F600", true, false},
       {"\u00E9", "\u00E9", true, true},
       {"\xE3\x81", "\xE3?", false, false},
-      {"\x9B\xE1", "?\xE1", false, false},  // Latin-1
+      {"\x9F\xA0\xE1", "?\xA0\xE1", false, false},  // Latin-1
       {"\xA4\xA2x\x8E\xB1\x8F\xB0\xA1", "\xA4\xA2x\x8E\xB1\x8F\xB0\xA1", false, true},
       {"\xA4\xA2\x8E\x8F\xB0", "\xA4\xA2??\xB0", false, false},
       {"\xA4\xA2\xE3\x81\x9B", "\xA4\xA2\xE3??", false, false},                      // and UTF-8 in it
@@ -95,13 +95,26 @@ TEST(Text, ControlCharactersAreNotShown) {
   }
 }
 
+TEST(Text, TypedBytesBecomeJapaneseCharactersOfTwo) {
+  const std::tuple<const char *, size_t, const char *> cases[] = {
+      // typed  bytes of it  taken
+      {"\xA4\xA2\xA4", 2, "\xA4\xA2"}, {"\xA4 ", 2, ""},    {"\xA4", 0, ""},     {"\x8E\xB1", 2, ""},
+      {"\x8F\xB0\xA1", 3, ""},         {"\x8F\xB0", 0, ""}, {"\x80\xA4", 1, ""},
+  };
+  for (const auto &[typed, bytes, text] : cases) {
+    const TypedCharacter taken = typed_character(typed, Charset::raw_euc_jp);
+    EXPECT_TRUE(taken.bytes == bytes && taken.text == text) << typed;
+  }
+}
+
 TEST(Text, CaseTrimmingAndPadding) {
-  char s[300] = "gr\xFC\xDF \xE9 Z";
-  EXPECT_STREQ(Xstrupr(s), "GR\xDC\xDF \xE9 Z");
-  EXPECT_STREQ(strlow(s), "gr\xDC\xDF \xE9 z");
+  char s[300] = "gr\xFC\xDF \xE9 az`{";
+  EXPECT_STREQ(Xstrupr(s), "GR\xDC\xDF \xE9 AZ`{");
+  EXPECT_STREQ(strlow(s), "gr\xDC\xDF \xE9 az`{");
   EXPECT_STREQ(Xalltrim(s, "  \ta b\t  "), "\ta b\t");
   EXPECT_STREQ(Xalltrim(s, "   "), "");
   EXPECT_STREQ(Xrtrim(UCTstrncpy(s, " a \t\r\n\x1A", sizeof s)), " a");
+  EXPECT_STREQ(Xrtrim(UCTstrncpy(s, " \n", sizeof s)), "");
   EXPECT_STREQ(UCTstrip_trailing_char(UCTstrncpy(s, "path///", sizeof s), '/'), "path");
   EXPECT_STREQ(UCTstrip_trailing_char(UCTstrncpy(s, "//", sizeof s), '/'), "");
   for (const auto &[mode, padded] : {std::pair(0, "ab---"), {kLeft, "ab---"}, {kRight, "---ab"}, {kCentred, "-ab--"}}) {
@@ -121,7 +134,7 @@ TEST(Numbers, AreClampedTo32Bits) {
   EXPECT_TRUE(to_int32("2147483648") == most && to_int32("-99999999999999999999") == least);
   EXPECT_TRUE(to_uint32("2147483648") == 2147483648U && to_uint32("99999999999999999999") == 4294967295U);
   EXPECT_TRUE(to_int32(-1.9) == -1 && to_int32(1e30) == most && to_int32(-1e30) == least);
-  EXPECT_EQ(to_int32(std::nan("")), 0);
+  EXPECT_TRUE(to_int32(std::nan("")) == 0 && to_int32(std::string_view("12", 1)) == 1);
 }
 
 TEST(Numbers, RealOnesAreThoseOfTheLibrary) {
@@ -139,7 +152,7 @@ TEST(Numbers, Digits) {
   EXPECT_STREQ(xtoa(0x80000000U, out, 2, 1), "-10000000000000000000000000000000");
   EXPECT_STREQ(qultoa(71, out, 36), "1z");
   EXPECT_STREQ(qultoa(35, out, 37), "");
-  EXPECT_EQ(getHexASCII("fFz1", 4), 0xFF01U);
+  EXPECT_EQ(getHexASCII("fFz1", 4) + getHexASCII("1", 0) + getDecASCII("1", -1), 0xFF01U);
   EXPECT_EQ(getHexASCII("100000001", 9), 2U);  // the ninth digit wraps onto the first
   EXPECT_EQ(getDecASCII("1x34", 3), 103U);
 }
@@ -159,10 +172,11 @@ struct TextFiles : testing::Test {
 };
 
 TEST_F(TextFiles, AreConvertedUpToTheFirstLineThatIsInvalid) {
-  const std::tuple<std::string, std::string, const char *> cases[] = {
+  const std::tuple<std::string, std::string, std::string> cases[] = {
       // converted, not converted, in UTF-8
       {"a\n\xA4\xA2\n", "\xFF\nb\n", "a\n\u3042\n"},
       {"one\n\xC6\xFC\xCB\xDC\n", "\xC6\x20\nfour\n", "one\n\u65E5\u672C\n"},
+      {std::string(2047, 'x'), "\xA4", std::string(2047, 'x')},  // as much as is converted at once
   };
   for (const auto &[valid, rest, utf8] : cases) {
     put_file("euc-jp", valid + rest);
@@ -195,7 +209,7 @@ TEST_F(TextFiles, MessagesAreCountedFromTheStartOfTheLine) {
   char whole[32];
   EXPECT_EQ(UCTGetMessageDatString(7, whole, sizeof whole), 0) << "without a file";
   EXPECT_STREQ(whole, "can't read message 7");
-  EXPECT_EQ(getLocalPath(whole, 5), 1);
+  EXPECT_EQ(getLocalPath(whole, 0) + getLocalPath(whole, 1) + getLocalPath(whole, 5), 2);
   EXPECT_EQ(whole, place.string().substr(0, 4));
   // The name after a backslash makes it a file of the folder above.
   ASSERT_EQ(replace_file("../work\\Messages.dat", "m12=Hello\nxm5=abc\nm5=later\n\nm601=no line end"), 1);

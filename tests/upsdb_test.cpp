@@ -97,10 +97,10 @@ TEST(Model, EveryMemberFromItsFieldAndThePowerTwice) {
   EXPECT_EQ(line_of(model), line_of(UpsData{})) << "not cleared";
 }
 
-// The first five records of a section.
+// The first four records of a section, and the last that it can have.
 std::string entries(const char *section) {
   std::string all;
-  for (int n = 0; n < 5; ++n) {
+  for (const int n : {0, 1, 2, 3, 32767}) {
     char line[kValueBufferSize] = "";
     all += getEntryFromDb(line, section, n) ? std::string(line) + ", " : "none, ";
   }
@@ -122,9 +122,11 @@ TEST(Database, FirstLineWithANumberCountsUpToTheFirstGap) {
 
 TEST(Database, IsOpenedOnceAndItsLastModelOutlivesIt) {
   OpenDatabase db(std::string("[UPS]\n") + kModel);
-  EXPECT_EQ(UpsOpenDb("upstyp.ups") + findEntryInDb("Model A"), 0);
+  UpsData model;
+  EXPECT_EQ(UpsOpenDb("upstyp.ups") + UpsFindDb(model, "Model A"), 0 + 1);
+  EXPECT_STREQ(model.name, "Model A");
   UpsCloseDb();
-  EXPECT_EQ(UpsIsOpenDb() + UpsGetCountDb() + UpsOpenDb("none.ups"), 0);
+  EXPECT_EQ(UpsIsOpenDb() + UpsGetCountDb() + UpsOpenDb("none.ups") + UpsFindDb(model, "Model A"), 0);
   UpsVersionInfo info;
   UpsVariableInfo variable;
   EXPECT_EQ(UpsVersionInfoDb(&info) + UpsGetAtDbVarInfoFromVarID(variable, 1), 0);
@@ -150,6 +152,7 @@ TEST(Version, TextThatFillsItsBufferHasNoTerminatorAndOemZeroIsOne) {
   EXPECT_EQ(UpsBuildVersionInfoStr(text, sizeof text, &parsed), 1);
   EXPECT_STREQ(text, "7.-3.0.0");
   EXPECT_EQ(UpsBuildVersionInfoStr(text, sizeof text, nullptr) + UpsBuildVersionInfoStr(nullptr, 9, &parsed), 0);
+  EXPECT_TRUE(text[0] == '\0' && UpsParseVersionInfoStr(nullptr, "1") == 0);
   EXPECT_EQ(UpsIsCompatibleVersionInfo(&parsed, &info.version) + UpsIsCompatibleVersionInfo(&parsed, nullptr), 0);
   EXPECT_EQ(UpsIsCompatibleVersionInfo(&info.version, &info.version), 1);
   EXPECT_EQ(UpsParseVersionInfoStr(&parsed, "1.0"), 1);
