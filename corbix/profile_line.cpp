@@ -181,7 +181,6 @@ int get_topic(std::string_view line, char *out) {
 bool find_entry(std::string_view line, int mode, std::string_view &key) {
   const bool with_blanks = is_keys(mode);
   const size_t start = count_leading_white(line);
-  key = {};
   if (start == line.size() || line[start] == ';') return false;
   size_t end = start;
   while (end < line.size() && line[end] != '=' && line[end] != ';' && (with_blanks || !is_white_byte(line[end]))) ++end;
@@ -219,7 +218,6 @@ int get_value_notrim(std::string_view line, char *out, int mode) {
 
 bool find_comment(std::string_view line, std::string_view &comment) {
   const size_t start = line.find('#', 1);  // kept: one in the first column is a comment line, not a trailing comment
-  comment = {};
   if (start == std::string_view::npos) return false;
   comment = before(line.substr(start), '\n');
   return true;

@@ -76,7 +76,7 @@ int getComment(std::string_view line, char *out);
 inline constexpr size_t kFormatRoom = 5;
 char *format_line(char *out, std::string_view key, std::string_view value, int mode);
 
-// --- the same where it lies in the line, nothing copied
+// --- the same where it lies in the line: nothing is copied, and nothing given where it is not there
 
 bool find_entry(std::string_view line, int mode, std::string_view &key);
 bool find_comment(std::string_view line, std::string_view &comment);

@@ -255,14 +255,13 @@ ProfileLine *free_line(ProfileLine *line, HashHandle h) {
 void free_all_lines(ProfileLine *first, HashHandle h) {
   require(h != nullptr, "h", kPath);
   hash_empty(h);  // at once: every entry leads to one of these lines
-  first->hash_flag = 0;
-  free_text(first);
   for (ProfileLine *line = first->next; line != nullptr;) {
     ProfileLine *next = line->next;
     free_node(line);
     line = next;
   }
-  first->next = nullptr;
+  free_text(first);
+  *first = {};
 }
 
 ProfileLine *search_topic(ProfileLine *first, std::string_view name, HashHandle h, int mode) {

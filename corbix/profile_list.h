@@ -95,6 +95,7 @@ int set_line_text_and_check_key(ProfileLine *line, std::string_view text, uint16
 ProfileLine *delete_line(ProfileLine *line, HashHandle h);
 // Frees a line without mending the links, when the whole list goes.
 ProfileLine *free_line(ProfileLine *line, HashHandle h);
+// Frees all lines; the first node is empty then.
 void free_all_lines(ProfileLine *first, HashHandle h);
 
 // The topic's line; the entry's line, from `line` (may be null) to the end of the topic. Null when there is none.

@@ -145,7 +145,6 @@ int _open_profile(ProfileRecord *record, const char *file, int mode, std::string
   record->mode = mode;
   record->modified = !text.empty();
   record->out_of_memory = 0;
-  record->first = {};
   if (!initHashTable(&record->hash)) return 0;
   record->is_open = in_memory([&] {
     record->pool.content = text;

@@ -86,6 +86,9 @@ TEST(ProfileList, IndexFollowsItsLines) {
   first.next = nullptr;
   EXPECT_EQ(delete_line(&first, index), nullptr);
   EXPECT_EQ(first.txt, nullptr);
+  EXPECT_EQ(set_line_text(&first, "[W]", index) + set_line_text(new_node(&first), "x", index), 2);
+  free_all_lines(&first, index);
+  EXPECT_TRUE(first.txt == nullptr && first.next == nullptr && !first.hash_flag);
   HashDestroy(index);
 }
 
@@ -203,7 +206,8 @@ TEST_F(Profile, OpensAndClosesAsPromised) {
   EXPECT_EQ(XAppendVersionErr(nullptr, 8, "a", "b") + XAppendVersionErr(errors, 8, "a", nullptr), 0);
   EXPECT_EQ(CORBXCheckInterfaceVersion(nullptr) + WriteInitialLine("p", nullptr, kWriteText), 0);
   EXPECT_EQ(XOpenProfile("missing", kReadText), 0);
-  for (const char *name : {".", "none/p", static_cast<const char *>(nullptr)}) {
+  const std::string too_long = "." + std::string(253, '/') + "p?";  // "p" without its end
+  for (const char *name : {".", "none/p", too_long.c_str(), static_cast<const char *>(nullptr)}) {
     EXPECT_EQ(XOpenProfile(name, kReadText) + XOpenProfile(name, kWriteText), 0);
   }
   for (const int mode : {-1, 0, 15}) EXPECT_EQ(XOpenProfile("p", mode), 0);

@@ -49,6 +49,8 @@ TEST(Text, CopiesStayInTheirPlace) {
   EXPECT_EQ(copied(bounded, "ab", 0), "........");
   EXPECT_EQ(copied(bounded, "ab", 1), "\0......."s);
   EXPECT_EQ(copied(cpynchr, "ab cd", 8), "ab\0....."s);
+  const auto padded = [](char *dst, const char *src, int n) { strpad(UCTstrncpy(dst, src, 3), n, '-', kCentred, 0); };
+  EXPECT_EQ(copied(padded, "ab", 6), "--ab--..");
   EXPECT_EQ(copied(cpychr, "ab", 4), "ab  ....");
   EXPECT_EQ(copied(cpyvar, "ab", 4), "ab\0\0\0..."s);
   EXPECT_EQ(copied(cpyvar, "ab", 0), "\0......."s);
@@ -138,8 +140,8 @@ TEST(Numbers, AreClampedTo32Bits) {
 }
 
 TEST(Numbers, RealOnesAreThoseOfTheLibrary) {
-  for (const char *text : {"", ".", "0.1", "9007199254740.9", "98765.4321098765", "1..2", " +7", "-0.3", "12.5 kg",
-                           "0x1F", "1e3", "123456789012345678", "inf"}) {
+  for (const char *text : {"", ".", "0.1", "9007199254740.9", "98765.4321098765", "9.8765432109876543210987654321",
+                           "1..2", " +7", "-0.3", "12.5 kg", "0x1F", "1e3", "123456789012345678", "inf"}) {
     EXPECT_EQ(to_double(text), std::strtod(text, nullptr)) << text;
   }
 }
@@ -193,6 +195,7 @@ TEST_F(TextFiles, AreConvertedUpToTheFirstLineThatIsInvalid) {
 }
 
 TEST_F(TextFiles, TraceIsWrittenWhileItIsAskedFor) {
+  close(STDIN_FILENO);  // its file gets that number
   for (const int32_t level : {0, kTraceResults, 10}) {
     debugLevel = level;
     trace_enter("module", "function");

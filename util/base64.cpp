@@ -104,7 +104,6 @@ void take_whole_groups(Decoder &d) {
 // Puts the bytes that the digits of the group complete, one less than digits, and begins the next group.
 void end_group(Decoder &d) {
   for (uint32_t i = 1; i < d.digits; ++i) *d.out++ = static_cast<char>(d.bits >> (6 * d.digits - 8 * i));
-  d.bits = 0;
   d.digits = 0;
 }
 
