@@ -148,7 +148,16 @@ constexpr Screen kFunctionList = {"function-list", {"Send Messagebox with text",
 constexpr Screen kMailMask = {"mail-mask", {"Sender Email Address", "差出人メールアドレス"}};
 constexpr Screen kFileMissing = {"file-missing", {"ups.cfg doesn't exist", "ups.cfg がありません"}};
 
+constexpr Screen kJobsOfAllKinds = {"jobs-of-all-kinds", {"FROB", "FROB"}};
 constexpr Screen kTimeline = {"timeline", {"The battery is empty", "バッテリ切れ"}};
+
+// A job of each kind, as the file has them, an alias of one of them, and one of a kind that is not known.
+constexpr char kJobs[] =
+    R"(Event6=SHUTDOWN("60")O;MESSAGE("local","hello")A;EXECUTE("send","host","6003")P5;)"
+    R"(EXECUTEH("sendvik.exe","-ini","upsext.cfg","-ofi","upsext.cfg","-s","kavlon service","-t",)"
+    R"("me@site"${#USEEMAILSIGNF?,"-sig","#EMAILSIGNF"}${}${}${}${},"down")O;EXECUTE("alarm.bat","Alarm")O;)"
+    R"(EXECUTE("/bin/x","-a")T15;LOGMSG("note")O;MESSAGEID("local",601)R60;EVENTLOG("success",100,"text")O;)"
+    "FROB(1,2)X9;\n";
 
 constexpr const char *kLocation[2] = {"Server room", "サーバ室"};
 
@@ -244,6 +253,13 @@ void take_all(int language) {
   std::filesystem::create_directory(t.path("ups.cfg"));
   t.start({.options = options});
   take(t, kFileMissing, language);
+  t.press({Space});
+  t.wait_exit();
+  std::filesystem::remove(t.path("ups.cfg"));
+  t.start({.options = options, .files = {{"ups.cfg", kJobs}}});
+  choose(t, kEvents);
+  choose(t, 7);
+  take(t, kJobsOfAllKinds, language);
   draw_timeline(language);
 }
 

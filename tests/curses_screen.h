@@ -58,3 +58,13 @@ inline std::string rows_of(WINDOW *win, int first = 0, int count = 24) {
   }
   return rows;
 }
+
+// The colour pairs of a window's first rows and columns, a digit for each cell, with "|" before each row.
+inline std::string colours_of(WINDOW *win, int rows, int columns) {
+  std::string colours;
+  for (int i = 0; i < rows * columns; ++i) {
+    const int cell = static_cast<int>(mvwinch(win, i / columns, i % columns));
+    colours += (i % columns == 0 ? "|" : "") + std::to_string(PAIR_NUMBER(cell));
+  }
+  return colours;
+}

@@ -119,6 +119,7 @@ struct FormScreen : CursesScreen {
   Window win = open_window(10, 40, 5, 5);
   FormScreen() {
     init_masklib();
+    attr_dkl = attr_hell = old = null_unt = 0;
     reset_masklib();
   }
 };
@@ -188,6 +189,7 @@ TEST(Edit, TypedTextsReachTheRecord) {
     EXPECT_EQ(text_of(rec, c.type, sizeof rec), c.stored);
     EXPECT_EQ(screen.bells() - bells, c.beeps) << c.stored;
     EXPECT_EQ(shown, c.shown + std::string("|")) << c.stored;
+    EXPECT_NE(mvwinch(screen.win.get(), 2, 0) & A_DIM, 0U) << "no longer as one that is edited";
   }
   language = 0;
   std::setlocale(LC_ALL, "C");
@@ -201,7 +203,7 @@ TEST(Edit, PassesOverASkipFieldAwayFromTheFieldEditedLast) {
   for (const auto &[field, key] : {std::pair(0, 9), {1, 258}, {2, 9}, {1, 259}, {1, 259}, {0, 9}, {1, 258}, {3, 27}}) {
     EXPECT_EQ(edit_field(screen.win.get(), rec, tab, field), key) << field;
   }
-  for (const int n : {5, 6}) dobeep(n);
+  for (const int n : {5, 6, 7}) dobeep(n);
   EXPECT_EQ(screen.bells(), 1);
 }
 
@@ -212,9 +214,10 @@ TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {
   draw_blk(win, Edit_screen, -3, 8, 99, 200, '#', 1);
   clsln(win, 1, 8, 2, 8, kAttrNormal);
   disp_value(win, 0, 1, kAttrNormal, -12, 5, kDecimal);
+  null_unt = 0;
   disp_value(win, 1, 1, kAttrNormal, -1, 9, kHexadecimal);
-  disp_value(win, 2, 1, kAttrNormal, reinterpret_cast<intptr_t>("text"), 2, kTextValue);
-  EXPECT_EQ(rows_of(win, 0, 3), "   -12  ##|  ffffffff| te      #|");
+  disp_value(win, 2, 1, kAttrNormal, reinterpret_cast<intptr_t>("te"), 3, kTextValue);
+  EXPECT_EQ(rows_of(win, 0, 3), "   -12  ##| 0ffffffff| te      #|");
   insert_char(win, 2, 1, 4, '>');
   EXPECT_EQ(row_of(win, 2), " >te     #");
   delete_char(win, 2, 2, 4, '<');

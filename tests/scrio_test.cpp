@@ -69,7 +69,7 @@ TEST(Drawing, NothingOutsideTheWindowAndNothingWraps) {
     wputcharv(win.get(), 'x', kAttrNormal, row, col);
   }
   wfdisp_printf(win.get(), 2, 0, kAttrNormal, "%s\n%d", "\033", 7);
-  wputcharv(win.get(), '\a', kAttrNormal, 2, 4);
+  for (const auto &[byte, col] : {std::pair(7, 4), {0xFF, 5}}) wputcharv(win.get(), byte, kAttrNormal, 2, col);
   EXPECT_EQ(rows_of(win.get()), "    1234| 123|??7 ?|");
   const Window corner = open_window(0, 0, 30, 90);  // it fits on the screen, too
   EXPECT_EQ(getmaxy(corner.get()) + getbegy(corner.get()), kScreenRows);
@@ -80,37 +80,46 @@ TEST(Drawing, NothingOutsideTheWindowAndNothingWraps) {
 TEST(Drawing, OfTheWholeScreenAndOfAWindow) {
   const CursesScreen screen;
   const Window win = open_window(6, 9, 0, 0);
-  fdraw_box(0, 0, 5, 8, kAttrNormal, kSingleLine, kAttrNormal, '.');
-  display_str(2, 2, kAttrNormal, "a");
-  putch_char('b', kAttrNormal);
-  fdisp_printf(2, 4, kAttrNormal, "%d", 5);
-  EXPECT_EQ(rows_of(stdscr, 0, 6), "lqqqqqqqk|x.......x|x.ab5...x|x.......x|x.......x|mqqqqqqqj|");
-  wfdraw_box(win.get(), 0, 0, 6, 9, kAttrNormal, kSingleLine, kAttrNormal, '.');
-  wfdraw_separator(win.get(), 2, kAttrNormal);
-  wfdraw_line(win.get(), 3, 1, 2, 3, '-', kAttrNormal);
+  fdraw_box(0, 0, 5, 8, 0x100, kSingleLine, 0x200, '.');
+  display_str(2, 2, 0x300, "a");
+  putch_char('b', 0x400);
+  fdisp_printf(2, 4, 0x500, "%d", 5);
+  fdraw_line(3, 2, 3, 1, '-', 0x600);
+  putcharv('c', 0x700, 4, 2);
+  EXPECT_EQ(rows_of(stdscr, 0, 6), "lqqqqqqqk|x.......x|x.ab5...x|x--.....x|x.c.....x|mqqqqqqqj|");
+  EXPECT_EQ(colours_of(stdscr, 6, 9), "|111111111|122222221|123452221|166222221|127222221|111111111");
+  wfdraw_box(win.get(), 0, 0, 6, 9, 0x100, kSingleLine, 0x200, '.');
+  wfdraw_separator(win.get(), 2, 0x300);
+  wfdraw_line(win.get(), 3, 1, 2, 3, '-', 0x400);
+  wfdraw_vline(win.get(), 3, 5, 2, '-', 0x500);
+  wputcharv(win.get(), 'y', 0x700, 4, 7);
   wc_set_pos(win.get(), 1, 1);
-  wputch_char(win.get(), 'x', kAttrHighlight);
-  EXPECT_EQ(mvwinch(win.get(), 1, 1) & A_ATTRIBUTES, static_cast<chtype>(kAttrHighlight));
-  EXPECT_EQ(rows_of(win.get()), "lqqqqqqqk|xx......x|tqqqqqqqu|x---....x|x-......x|mqqqqqqqj|");
+  wputch_char(win.get(), 'x', 0x600);
+  EXPECT_EQ(rows_of(win.get()), "lqqqqqqqk|xx......x|tqqqqqqqu|x---.-..x|x-...-.yx|mqqqqqqqj|");
+  EXPECT_EQ(colours_of(win.get(), 6, 9), "|111111111|162222221|333333333|144425221|142225271|111111111");
   std::setlocale(LC_ALL, "C.UTF-8");
   DrawMenuFrame(win.get(), kAttrNormal, "a|bc", kDoubleLine);
   EXPECT_EQ(rows_of(win.get()), "lqqqqqqqk|x   a   x|x=======x|?       x|x       x|mqqqqqqqj|");
   std::setlocale(LC_ALL, "C");
   wcls(win.get());
   EXPECT_EQ(rows_of(win.get()), "||||||");
+  wfdraw_frame(win.get(), kAttrNormal, kSingleLine);
+  move_to_text(win.get());
+  EXPECT_LT(getcury(win.get()), 5) << "a frame is no text";
+  wprintv(win.get(), "x", kAttrNormal, 4, 7);
+  wc_home(win.get());
+  move_to_text(win.get());
+  EXPECT_EQ(getcury(win.get()) * 10 + getcurx(win.get()), 47);
 }
 
-TEST(Drawing, ClearingLeavesColumn79) {
+TEST(Drawing, OnTheScreenLeavesColumn79AndTakesEndsOfLinesAsLengths) {
   const CursesScreen screen;
   ffill_area(0, 0, 23, 79, 'x', kAttrNormal);
   cls_on(21, 2, 23, 80, kAttrNormal);
   EXPECT_EQ(rows_of(stdscr, 21, 3), "xx|xx|" + std::string(80, 'x') + "|");
   cls();
   for (const int row : {0, 23}) EXPECT_EQ(row_of(stdscr, row), std::string(79, ' ') + "x");
-}
-
-TEST(Drawing, LengthOfAScreenLineIsItsEndCoordinate) {
-  const CursesScreen screen;
+  werase(stdscr);
   fdraw_line(1, 20, 1, 10, '-', 0);
   fdraw_line(5, 2, 3, 2, '!', 0);
   EXPECT_EQ(rows_of(stdscr, 0, 10), "|          " + std::string(20, '-') + "||  !|  !|  !|  !|  !|||");
@@ -142,8 +151,9 @@ TEST(Keys, AsTheyAreHandedOut) {
   EXPECT_EQ(row_of(stdscr, 2, 5, 1), "k");
   type_ahead({'a', 'b'});
   drop_typed_keys();
-  type_ahead({'c'});
-  EXPECT_EQ(inkey(), 'c');
+  define_key("\033[9", kKeyInsert);  // as a terminal may describe it: whole though more could follow
+  type_ahead(u"\033]0;" + std::u16string(99, u'x') + u"\a\033[9c");
+  EXPECT_TRUE(winkey(stdscr) == kKeyInsert && inkey() == 'c');
 }
 
 TEST(Keys, OfEveryKeyboardAreKnownAndNothingElseIsAKey) {

@@ -193,20 +193,21 @@ std::vector<std::string> see_everything(Terminal &t, const Start &how) {
 }
 
 // A terminal in EUC-JP, in a locale made for this one.
-Start euc_jp(const Terminal &t) {
-  EXPECT_EQ(std::system(("localedef -i ja_JP -f EUC-JP " + t.path("ja_JP.eucJP")).c_str()), 0);
-  return {.environment = {"LOCPATH=" + t.directory(), "LC_ALL=ja_JP.eucJP"}, .charset = "EUC-JP"};
+Start in_locale(const Terminal &t, const std::string &place, const std::string &charset) {
+  const std::string name = place + "." + charset;
+  EXPECT_EQ(std::system(("localedef -i " + place + " -f " + charset + " " + t.path(name)).c_str()), 0);
+  return {.options = {"-japanese"}, .environment = {"LOCPATH=" + t.directory(), "LC_ALL=" + name}, .charset = "EUC-JP"};
 }
 
 TEST(Japanese, EveryScreenIsWholeAndTheSameInBothCharsets) {
   Terminal unicode, euc, other;
   const auto screens = see_everything(unicode, {});
   EXPECT_GT(screens.size(), 100u);
-  const auto others = see_everything(euc, euc_jp(euc));
+  const auto others = see_everything(euc, in_locale(euc, "ja_JP", "EUC-JP"));
   ASSERT_EQ(others.size(), screens.size());
   for (size_t i = 0; i < screens.size(); ++i) EXPECT_EQ(others[i], screens[i]);
   EXPECT_NE(euc.written().find(background_label[1]), std::string::npos) << "EUC-JP bytes";
-  other.start({.options = {"-japanese"}, .environment = {"LC_ALL=C"}, .charset = "EUC-JP"});
+  other.start(in_locale(other, "he_IL", "ISO-8859-8"));
   EXPECT_EQ(other.screen(), screens[0]) << "bytes go out as they are where the locale has no Japanese";
 }
 
@@ -230,7 +231,7 @@ TEST(Japanese, WhatIsTypedComesBackAfterSaveRestartAndView) {
   };
   Terminal t;
   t.write_file("ups.cfg", "MailEnableFlag=yes\nEvent0=LOGMSG(\"x\")O;\n");
-  Start terminals[] = {Start{}, euc_jp(t)};
+  Start terminals[] = {Start{}, in_locale(t, "ja_JP", "EUC-JP")};
   std::string cells[std::size(kFields)];
   for (size_t round = 0; round <= 12; ++round) {
     terminals[round % 2].options = {"-japanese"};

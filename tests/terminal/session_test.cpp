@@ -27,7 +27,6 @@ TEST(Session, WritesNothingUnlessItIsSavedAndEndsThroughTheExitEntryOnly) {
   t.write_file("ups.cfg", "UpsID=1\n");  // another program's, meanwhile
   t.press({Enter});
   EXPECT_EQ(t.find("Can't open file:"), (Position{10, 31}));
-  EXPECT_EQ(t.text(9, 3, 2) + t.text(10, 5, 2) + t.text(12, 74, 2), "#┌  ┘#");
   t.press({Space, Up, Enter});
   EXPECT_EQ(t.wait_exit(), 1);
   EXPECT_TRUE(t.given_back());
@@ -343,6 +342,7 @@ TEST(Terminal, ComesBackCellForCellAndAKeyCostsLittle) {
   for (const auto &[rows, columns] : {std::pair{50, 132}, {10, 20}, {24, 40}, {1, 1}, {24, 80}}) {
     t.resize(rows, columns);
     t.settle();
+    EXPECT_TRUE(columns <= 80 || t.cell(5, 80).background == kDefault);
   }
   EXPECT_EQ(t.screen(), before);
   t.press({ControlZ});
