@@ -36,9 +36,24 @@ TEST(CStrArr, AddsRemovesAndCopies) {
 }
 
 TEST(CStrArrDeathTest, BrokenPreconditionsStopTheProgram) {
-  CStr text = {};
-  CStrArr names = {};
-  EXPECT_DEATH((void)CStr_AddN(&text, "ab", 3), "Assertion failed: nMax<=slen, upstools/cfg_obj");
-  EXPECT_DEATH(CStrArr_GetStr(&names, 0), "nIndex<Obj->nCount");
-  EXPECT_DEATH((void)CStrArr_Copy(&names, &names), "Dest!=Src");
+  static CStr text = {};
+  static CStrArr one = {};
+  ASSERT_EQ(CStrArr_Add(&one, "a"), 1);
+  const std::pair<void (*)(), const char *> cases[] = {
+      // clang-format off
+      {[] { (void)CStr_AddN(&text, "ab", 3); },           "nMax<=slen"},
+      {[] { (void)CStr_AddN(&text, "ab", -2); },          "nMax>=0 .. nMax==-1"},
+      {[] { CStrArr_GetStr(&one, -1); },                  "nIndex>=0"},
+      {[] { CStrArr_GetStr(&one, 1); },                   "nIndex<Obj->nCount"},
+      {[] { CStrArr_Del(&one, -1, 1); },                  "nIndex>=0"},
+      {[] { CStrArr_Del(&one, 1, 1); },                   "nIndex<Obj->nCount"},
+      {[] { CStrArr_Del(&one, 0, 0); },                   "nDelCount>0 .. nDelCount==-1"},
+      {[] { CStrArr_Del(&one, 0, 2); },                   "nDelCount==-1 .. Obj->nCount-nDelCount-nIndex>=0"},
+      {[] { (void)CStrArr_Copy(&one, &one); },            "Dest!=Src"},
+      // clang-format on
+  };
+  for (const auto &[breaks, condition] : cases) {
+    EXPECT_DEATH(breaks(), std::string("Assertion failed: ") + condition + ", upstools/cfg_obj");
+  }
+  CStrArr_Empty(&one);
 }

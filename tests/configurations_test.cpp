@@ -145,6 +145,8 @@ TEST_F(Configurations, AreNotChangedByTheirCheck) {
   ASSERT_EQ(init_config_vals("a.cfg"), 1);
   check_loaded(faults);
   EXPECT_FALSE(has_changes());
+  EXPECT_EQ(keep_unsaved("a.cfg"), 1);
+  EXPECT_FALSE(std::filesystem::exists("a.cfg.unsaved"));
 }
 
 }  // namespace

@@ -78,7 +78,6 @@ Result check(const string &path) {
 TEST(Device, NamesAreCutFromPathsOrLeftOutWhole) {
   const std::tuple<char *(*)(char *, int, const char *), const char *, string> cases[] = {
       {get_device_path, "/dev/usb/tty1", "/dev/usb/"},
-      {get_device_path, "tty1", ""},
       {get_device_path, nullptr, "/dev/"},
       {get_device, "/dev/usb/tty1", "tty1"},
       {get_device, "tty1", "tty1"},
@@ -88,20 +87,21 @@ TEST(Device, NamesAreCutFromPathsOrLeftOutWhole) {
     char text[16] = "before";
     const int size = static_cast<int>(expected.size()) + 1;
     EXPECT_EQ(part_of(text, size - 1, device), nullptr);
+    EXPECT_EQ(part_of(nullptr, size, device), nullptr);
     EXPECT_STREQ(text, "before");
     EXPECT_EQ(part_of(text, size, device), text);
     EXPECT_EQ(text, expected);
   }
-  char usual[11], reason[64] = "";
-  EXPECT_STREQ(get_default_device(usual, sizeof usual), "/dev/ttyS0");
-  EXPECT_EQ(get_default_device(usual, sizeof usual - 1), nullptr);
+  char reason[64] = "", nothing[1] = "";
   EXPECT_EQ(is_device_valid(reason, sizeof reason, string(506, 'x').c_str()), 1);
   EXPECT_EQ(is_device_valid(reason, sizeof reason, string(507, 'x').c_str()), -1);
   EXPECT_STREQ(reason, "stat(): File name too long");
   EXPECT_EQ(is_device_valid(reason, sizeof reason, (string(507, 'x') + "/").c_str()), 1);
   EXPECT_EQ(build_ret_str(nullptr, 1, "", nullptr) + build_ret_str(reason, 0, "", nullptr), 0);
+  EXPECT_EQ(build_ret_str(nothing, 1, "", nullptr), 1);
   EXPECT_EQ(build_ret_str(reason, 28, "x", "y", nullptr), 0);
   EXPECT_STREQ(reason, "stat(): File name too longx");
+  EXPECT_EQ(probe(string(507, 'x')), (Result{0, ""}));
 }
 
 TEST(LockFile, HoldsThePortUnlessItsProcessIsKnownToBeGone) {
@@ -115,6 +115,7 @@ TEST(LockFile, HoldsThePortUnlessItsProcessIsKnownToBeGone) {
       {"     " + std::to_string(gone) + "\n", 1, ""},
       {string(31, ' ') + "19999999", -5, "locked to 1"},  // 32 bytes are read
       {"no digit\n", -5, "locked to "},
+      {"", -5, "locked to "},
       {"-1", -5, "locked to 1"},
       {"2147483648", -5, "locked to 2147483648"},
       {string(40, '7'), -5, "locked to " + string(31, '7')},

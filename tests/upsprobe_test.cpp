@@ -16,6 +16,7 @@ TEST(Detection, TakesTheCodeOutOfAnAnswer) {
       {"", 1, ""},
       {"%mK", kNoModelAnswer, ""},
       {" %MK", kNoModelAnswer, ""},
+      {"%", kNoModelAnswer, ""},
       {"%MK-TRN010VQ12-and-much-more\r", 1, "K-TRN010VQ12-an"},
   };
   for (const auto &[answer, result, expected] : cases) {
@@ -26,6 +27,7 @@ TEST(Detection, TakesTheCodeOutOfAnAnswer) {
   char code[] = "code";
   EXPECT_EQ(prepare_string(nullptr, 5, "%MK") + prepare_string(code, 5, nullptr) + prepare_string(code, 0, "%MK"), 0);
   EXPECT_STREQ(code, "code");
+  EXPECT_EQ(prepare_string(code, 1, "%MK"), 1);
 }
 
 TEST(Detection, FindsTheModelOfACode) {
