@@ -86,7 +86,7 @@ TEST_F(Files, AttributesAreKept) {
   EXPECT_EQ(std::tie(after.st_mode, after.st_uid, after.st_gid),
             std::tie(before.st_mode, before.st_uid, before.st_gid));
   if (!possible) GTEST_SKIP() << "not root, or a file system without attributes and access control lists";
-  EXPECT_EQ(getxattr(kFile, "user.note", value, sizeof value), 4);
+  EXPECT_EQ(getxattr(kFile, "user.note", value, sizeof value) + getxattr(kFile, "user.empty", value, 0), 4 + 0);
   EXPECT_EQ(getxattr(kFile, "system.posix_acl_access", value, sizeof value), -1) << "the folder's own was taken";
   ASSERT_EQ(setxattr(kFile, "system.posix_acl_access", list.data(), list.size(), 0), 0);
   ASSERT_EQ(replace_file(kFile, "newer"), 1);
@@ -126,6 +126,19 @@ TEST_F(Files, WhatIsNoRegularFileIsRefused) {
   EXPECT_TRUE(read_file("/dev/zero", content) == 0 && errno == EFBIG);  // it never ends
   EXPECT_EQ(read_file(".", content), 0);
   EXPECT_EQ(content, "");
+  for (const size_t more : {0, 1}) {
+    fs::resize_file(kFile, kLargestFile + more);
+    EXPECT_EQ(read_file(kFile, content), more == 0);
+  }
+}
+
+TEST_F(Files, AFileInThePlaceOfTheOpenedOneIsLeftAlone) {
+  const Descriptor opened(open(kFile, O_RDWR | O_CLOEXEC));
+  fs::remove(kFile);
+  put_file("ups.cfg (deleted)", "another's");  // where the link of the descriptor leads then
+  EXPECT_EQ(replace_file(("/proc/self/fd/" + std::to_string(opened.number)).c_str(), "x"), 0);
+  EXPECT_EQ(errno, ESTALE);
+  EXPECT_EQ(get_file("ups.cfg (deleted)"), "another's");
 }
 
 TEST_F(Files, WithoutRightsOnFolderOrOwner) {

@@ -110,9 +110,9 @@ TEST(Text, TypedBytesBecomeJapaneseCharactersOfTwo) {
 }
 
 TEST(Text, CaseTrimmingAndPadding) {
-  char s[300] = "gr\xFC\xDF \xE9 az`{";
-  EXPECT_STREQ(Xstrupr(s), "GR\xDC\xDF \xE9 AZ`{");
-  EXPECT_STREQ(strlow(s), "gr\xDC\xDF \xE9 az`{");
+  char s[300] = "\xE4\xF6\xFC\xDF\xE9 az`{";
+  EXPECT_STREQ(Xstrupr(s), "\xC4\xD6\xDC\xDF\xE9 AZ`{");
+  EXPECT_STREQ(strlow(s), "\xC4\xD6\xDC\xDF\xE9 az`{");
   EXPECT_STREQ(Xalltrim(s, "  \ta b\t  "), "\ta b\t");
   EXPECT_STREQ(Xalltrim(s, "   "), "");
   EXPECT_STREQ(Xrtrim(UCTstrncpy(s, " a \t\r\n\x1A", sizeof s)), " a");
@@ -124,6 +124,7 @@ TEST(Text, CaseTrimmingAndPadding) {
   }
   EXPECT_STREQ(strpad(s, 3, '-', kCentred), "-ab");
   EXPECT_STREQ(strpad(s, 2, '-', kRight), "-ab");
+  EXPECT_EQ(strpad(UCTstrncpy(s, std::string(280, 'x').c_str(), sizeof s), 3, '-', kLeft), std::string(255, 'x'));
   EXPECT_STREQ(Xstr_format(s, "12345", "D.MM D", "DMMDX"), "4.23 D");
   EXPECT_STREQ(Xstr_format(s, "12", "DD", "DD"), "12");
   EXPECT_STREQ(Xstr_format(s, "123", "D.MM D", "D"), "1.MM D");

@@ -62,7 +62,7 @@ TEST_F(IntList, IsSavedAndLoadedUpToTheLastElementThatTheCountHolds) {
   EXPECT_EQ(XMLSave(only_read.get(), &list) + XMLSave(full.get(), &list), 0);
   ASSERT_EQ(XMLSave(file.get(), &list), 1);
   XMEMLIST loaded;
-  for (const long missing : {0, 1, 6 + 65535 * 4}) {
+  for (const long missing : {0, 1, 1 + 65535 * 4, 6 + 65535 * 4}) {
     ASSERT_EQ(ftruncate(fileno(file.get()), 6 + 65535 * 4 - missing), 0);
     std::rewind(file.get());
     EXPECT_EQ(XMLLoad(file.get(), &loaded), missing == 0);
