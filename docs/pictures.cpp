@@ -149,6 +149,8 @@ constexpr Screen kMailMask = {"mail-mask", {"Sender Email Address", "差出人�
 constexpr Screen kFileMissing = {"file-missing", {"ups.cfg doesn't exist", "ups.cfg がありません"}};
 
 constexpr Screen kJobsOfAllKinds = {"jobs-of-all-kinds", {"FROB", "FROB"}};
+constexpr Screen kValueError = {"value-error", {"Value out of range", "値が範囲外です"}};
+constexpr Screen kScheduledJob = {"scheduled-job", {"minutes", "分"}};
 constexpr Screen kTimeline = {"timeline", {"The battery is empty", "バッテリ切れ"}};
 
 // A job of each kind, as the file has them, an alias of one of them, and one of a kind that is not known.
@@ -157,7 +159,7 @@ constexpr char kJobs[] =
     R"(EXECUTEH("sendvik.exe","-ini","upsext.cfg","-ofi","upsext.cfg","-s","kavlon service","-t",)"
     R"("me@site"${#USEEMAILSIGNF?,"-sig","#EMAILSIGNF"}${}${}${}${},"down")O;EXECUTE("alarm.bat","Alarm")O;)"
     R"(EXECUTE("/bin/x","-a")T15;LOGMSG("note")O;MESSAGEID("local",601)R60;EVENTLOG("success",100,"text")O;)"
-    "FROB(1,2)X9;\n";
+    "FROB(1,2)X9;\nEvent20=LOGMSG(\"soon\")OX5;\n";
 
 constexpr const char *kLocation[2] = {"Server room", "サーバ室"};
 
@@ -260,6 +262,17 @@ void take_all(int language) {
   choose(t, kEvents);
   choose(t, 7);
   take(t, kJobsOfAllKinds, language);
+  choose(t, 2);
+  t.press({Down});
+  t.type("70000");
+  t.press({Down});
+  take(t, kValueError, language);
+  t.press({Escape, Escape, Escape, Escape});  // the second one comes back to the box
+  choose(t, 21);
+  t.press({Enter});
+  take(t, kScheduledJob, language);
+  t.press({Escape, Escape, Escape, Escape});
+  t.wait_exit();
   draw_timeline(language);
 }
 

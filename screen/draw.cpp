@@ -130,10 +130,7 @@ void cls_attr(int32_t attr) {
   c_home();
 }
 
-void wcls(WINDOW *win) {
-  wclear(win);
-  wc_home(win);
-}
+void wcls(WINDOW *win) { wclear(win); }  // goes home, too
 
 // --- lines, frames, areas
 
@@ -166,8 +163,8 @@ void wfdraw_vline(WINDOW *win, int row, int col, int length, chtype ch, int32_t 
 }
 
 void wfdraw_line(WINDOW *win, int row, int col, int vlength, int hlength, chtype ch, int32_t attr) {
-  if (hlength != 0) wfdraw_hline(win, row, col, hlength, ch, attr);
-  if (vlength != 0) wfdraw_vline(win, row, col, vlength, ch, attr);
+  wfdraw_hline(win, row, col, hlength, ch, attr);
+  wfdraw_vline(win, row, col, vlength, ch, attr);
 }
 
 void fdraw_rect(int row1, int col1, int row2, int col2, int32_t attr, const chtype pieces[8]) {

@@ -91,7 +91,6 @@ void draw_blk(WINDOW *win, char *image, int row1, int col1, int row2, int col2, 
 void wattrib(WINDOW *win, int row, int col, int length, int32_t attr) {
   std::string text(text_of(image_cells(Edit_screen, row, col, length)));
   if (attr == 0) std::ranges::fill(text, ' ');
-  wsetattr(win, attr);
   draw_cells(win, text, attr, row, col);
 }
 

@@ -110,6 +110,7 @@ TEST(Template, FieldsAreFoundInsideTheirRowsOnly) {
   FieldDescriptor two[kTemplateTable];
   EXPECT_EQ(search_fields(found.data(), two), 1);
   EXPECT_EQ(std::memcmp(two, "\2\1\0\4\3\2\x4c\4\xff", 9), 0);
+  EXPECT_EQ(search_fields(found.data(), two), 0);
   EXPECT_EQ(found.substr(78, 8) + found.substr(kImageSize - 3), ".      .<>7");
 }
 
@@ -221,9 +222,9 @@ TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {
   insert_char(win, 2, 1, 4, '>');
   EXPECT_EQ(row_of(win, 2), " >te     #");
   delete_char(win, 2, 2, 4, '<');
-  EXPECT_EQ(row_of(win, 2), " >e <    #");
-  insert_char(win, 24, 0, 200, '!');
-  delete_char(win, 25, -1, 3, '!');
+  insert_char(win, 25, 0, 200, '!');
+  delete_char(win, 24, -1, 3, '!');
+  EXPECT_EQ(row_of(win, 2) + Edit_screen[kImageSize - 1], " >e <    ##");
   const WorkingFolder folder;
   std::string shown_mask(kImageSize, '=');
   put_file("mask", std::string(shown_mask).replace(4 * kImageColumns + 2, 3, ">2<"));

@@ -85,18 +85,16 @@ TEST(Drawing, OfTheWholeScreenAndOfAWindow) {
   putch_char('b', 0x400);
   fdisp_printf(2, 4, 0x500, "%d", 5);
   fdraw_line(3, 2, 3, 1, '-', 0x600);
-  putcharv('c', 0x700, 4, 2);
-  EXPECT_EQ(rows_of(stdscr, 0, 6), "lqqqqqqqk|x.......x|x.ab5...x|x--.....x|x.c.....x|mqqqqqqqj|");
-  EXPECT_EQ(colours_of(stdscr, 6, 9), "|111111111|122222221|123452221|166222221|127222221|111111111");
+  EXPECT_EQ(rows_of(stdscr, 0, 6), "lqqqqqqqk|x.......x|x.ab5...x|x--.....x|x.......x|mqqqqqqqj|");
+  EXPECT_EQ(colours_of(stdscr, 6, 9), "|111111111|122222221|123452221|166222221|122222221|111111111");
   wfdraw_box(win.get(), 0, 0, 6, 9, 0x100, kSingleLine, 0x200, '.');
   wfdraw_separator(win.get(), 2, 0x300);
   wfdraw_line(win.get(), 3, 1, 2, 3, '-', 0x400);
   wfdraw_vline(win.get(), 3, 5, 2, '-', 0x500);
-  wputcharv(win.get(), 'y', 0x700, 4, 7);
   wc_set_pos(win.get(), 1, 1);
   wputch_char(win.get(), 'x', 0x600);
-  EXPECT_EQ(rows_of(win.get()), "lqqqqqqqk|xx......x|tqqqqqqqu|x---.-..x|x-...-.yx|mqqqqqqqj|");
-  EXPECT_EQ(colours_of(win.get(), 6, 9), "|111111111|162222221|333333333|144425221|142225271|111111111");
+  EXPECT_EQ(rows_of(win.get()), "lqqqqqqqk|xx......x|tqqqqqqqu|x---.-..x|x-...-..x|mqqqqqqqj|");
+  EXPECT_EQ(colours_of(win.get(), 6, 9), "|111111111|162222221|333333333|144425221|142225221|111111111");
   std::setlocale(LC_ALL, "C.UTF-8");
   DrawMenuFrame(win.get(), kAttrNormal, "a|bc", kDoubleLine);
   EXPECT_EQ(rows_of(win.get()), "lqqqqqqqk|x   a   x|x=======x|?       x|x       x|mqqqqqqqj|");
@@ -104,8 +102,6 @@ TEST(Drawing, OfTheWholeScreenAndOfAWindow) {
   wcls(win.get());
   EXPECT_EQ(rows_of(win.get()), "||||||");
   wfdraw_frame(win.get(), kAttrNormal, kSingleLine);
-  move_to_text(win.get());
-  EXPECT_LT(getcury(win.get()), 5) << "a frame is no text";
   wprintv(win.get(), "x", kAttrNormal, 4, 7);
   wc_home(win.get());
   move_to_text(win.get());
@@ -147,12 +143,12 @@ TEST(Keys, AsTheyAreHandedOut) {
   c_set_pos(2, 5);
   int scan = -1;
   EXPECT_EQ(inkeysys(&scan), 3);
-  EXPECT_TRUE(scan == 1 && kbhit() == 1 && inkeye(0) == 'k' && inkeyx() == 'x');
+  EXPECT_TRUE(scan == 1 && kbhit() == 1 && is_nodelay(stdscr) && inkeye(0) == 'k' && inkeyx() == 'x');
   EXPECT_EQ(row_of(stdscr, 2, 5, 1), "k");
   type_ahead({'a', 'b'});
   drop_typed_keys();
   define_key("\033[9", kKeyInsert);  // as a terminal may describe it: whole though more could follow
-  type_ahead(u"\033]0;" + std::u16string(99, u'x') + u"\a\033[9c");
+  type_ahead(u"\033]0;" + std::u16string(99, u'x') + u"\a\033[1\033[9c");
   EXPECT_TRUE(winkey(stdscr) == kKeyInsert && inkey() == 'c');
 }
 
@@ -220,7 +216,6 @@ TEST(LineInput, EditsAndEndsByItsForm) {
       {true, "too long", {'x', kKeyEscape}, kKeyEscape, "too long", "too long#"},
       {true, "too long", {8, 'x', 'y', kKeyEnter}, kKeyEnter, "too x", "too x"},
       {true, "", {127, '?', ' ', '~', kKeyTab}, kKeyTab, "? ~", "? ~  #"},
-      {true, "ab", {kKeyTab}, kKeyTab, "ab", "ab   #"},
       // on the screen Return and Escape only, and one cell more is blanked
       {false, "ab", {kKeyUp, 'c', 10, kKeyReturn}, kKeyReturn, "abc", "abc   #"},
       {false, "ab", {kKeyReturn}, kKeyReturn, "ab", "ab    #"},

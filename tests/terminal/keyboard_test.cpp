@@ -86,7 +86,7 @@ TEST(Keyboard, APasteGoesIntoAFieldUpToItsLineEndAndNowhereElse) {
     int beeps;
   } kPastes[] = {
       {begins + "/var/log" + ends, "/var/log", 0},
-      {begins + "/var/log\r" + ends, "/var/log", 0},
+      {begins + "/var log\r" + ends, "/var log", 0},
       {begins + lines + ends, "/a/b", 1},
       {begins + "/x\t\033[B\033\001?\177\bÿ" + ends, "/xÿ", 1},
       {begins + std::string(1 << 20, 'y') + ends, std::string(kCells, 'y'), 1},

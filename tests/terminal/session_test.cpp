@@ -267,19 +267,8 @@ TEST(Masks, NameADatabaseWithoutModels) {
   }
 }
 
-// A way in which a session ends, and whether what it could not save is kept then.
-const struct Ending {
-  const char *name;
-  void (*end)(Terminal &t);
-  bool keeps;
-} kEndings[] = {
-    {"SIGTERM", [](Terminal &t) { t.send_signal(SIGTERM); }, true},
-    {"SIGHUP", [](Terminal &t) { t.send_signal(SIGHUP); }, true},
-    {"hang-up", [](Terminal &t) { t.hang_up(); }, true},
-    {"SIGINT", [](Terminal &t) { t.send_signal(SIGINT); }, false},
-};
-
 TEST(Unsaved, OutlivesALineThatDropsOnEveryScreenAndNothingElse) {
+  constexpr int kHangUp = 0;
   constexpr char kBefore[] = "UpsModel=K-TRN010VQ-100\nUpsLocation=Hall\nPASSWORD=SWNL\nEvent0=LOGMSG(\"power\")O;\n";
   const struct {
     int entry;
@@ -302,7 +291,8 @@ TEST(Unsaved, OutlivesALineThatDropsOnEveryScreenAndNothingElse) {
       // clang-format on
   };
   for (const auto &[entry, keys, shown] : kScreens) {
-    for (const auto &[name, end, keeps] : kEndings) {
+    for (const int signal : {SIGTERM, SIGHUP, kHangUp, SIGINT}) {
+      const bool keeps = signal != SIGINT;
       Terminal t;
       t.start({.files = {{"ups.cfg", kBefore}}});
       choose(t, kUps);
@@ -314,11 +304,11 @@ TEST(Unsaved, OutlivesALineThatDropsOnEveryScreenAndNothingElse) {
       choose(t, entry);
       t.press(keys);
       t.see(shown);
-      end(t);
+      signal == kHangUp ? t.hang_up() : t.send_signal(signal);
       t.wait_exit();
       EXPECT_EQ(t.file("ups.cfg"), kBefore);
       const std::string kept = t.file("ups.cfg.unsaved");
-      EXPECT_EQ(kept.substr(kept.find('\n') + 1), keeps ? "UpsLocation=Attic\nPASSWORD=SMNI\n" : "") << shown << name;
+      EXPECT_EQ(kept.substr(kept.find('\n') + 1), keeps ? "UpsLocation=Attic\nPASSWORD=SMNI\n" : "") << shown << signal;
       if (!keeps || entry != kPaths) continue;
       EXPECT_EQ(std::filesystem::status(t.path("ups.cfg.unsaved")).permissions(), std::filesystem::perms{0600});
       t.start();
