@@ -2,9 +2,12 @@
 
 #include <tuple>
 
+#include "setup/cfgmask/masks.h"
 #include "setup/detection/detection.h"
 #include "setup/settings/models.h"
 #include "setup/settings/settings.h"
+#include "setup/upsprobe.h"
+#include "tests/curses_screen.h"
 #include "util/text.h"
 
 namespace {
@@ -53,6 +56,21 @@ TEST(Detection, FindsTheModelOfACode) {
     EXPECT_EQ(check_model_list(name, size - 1, text), nullptr);
     EXPECT_STREQ(get_model_string(display, sizeof display, text), shown);
   }
+}
+
+// No key closes the frame: the program leaves when the input is at its end.
+void leave_at_found_frame() {
+  const CursesScreen screen;
+  keep_work = [] { std::fputs(rows_of(curscr, 9, 12).c_str(), stderr); };
+  if (dup2(fileno(screen.device), STDIN_FILENO) == 0) draw_found_frame(stdscr, 0, "", "", "/dev/ttyS1", "Model");
+}
+
+TEST(Detection, ShowsWhatItFound) {
+  EXPECT_EXIT(leave_at_found_frame(), testing::ExitedWithCode(EXIT_FAILURE),
+              "   lq{72}k\\|   x  The following UPS models and the communication ports were detected.   x\\|"
+              "   x {23}Is this configuration OK .{24}x\\|   x {72}x\\|"
+              "   x    UPS Type: {50}Model    x\\|   x    Comport: {46}/dev/ttyS1    x\\|   x {72}x\\|   x {72}x\\|"
+              "   tq{72}u\\|   x    <ENTER>=OK {41}<ESC>=CANCEL     x\\|   mq{72}j\\|");
 }
 
 }  // namespace
