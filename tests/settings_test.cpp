@@ -58,13 +58,13 @@ TEST_F(Settings, ANewFileIsWrittenByteForByteAndStaysUntouched) {
   EXPECT_EQ(get_file("ups.cfg"), written);
 }
 
-TEST_F(Settings, TraceTellsTheDefaultsAndHowEachSectionIsSaved) {
-  debugLevel = kTraceDetails + 1;
-  init_new_config_vals();
-  write_custom();  // without an open profile
-  for (const int32_t level : {kTraceDetails, kTraceResults}) {
+TEST_F(Settings, TraceTellsTheDefaultsTheChecksAndHowEachSectionIsSaved) {
+  for (const int32_t level : {kTraceDetails + 1, kTraceDetails, kTraceResults}) {
     debugLevel = level;
     init_new_config_vals();
+    for (const char *key : {"TempCaution", "LogMaxHours", "SysDownMins", "CheckRate"}) {
+      value_check(setting_of_key(key)->field, setting_of_key(key)->mask);
+    }
     save_configuration("ups.cfg");
   }
   debugLevel = 0;
@@ -75,10 +75,11 @@ TEST_F(Settings, TraceTellsTheDefaultsAndHowEachSectionIsSaved) {
         "ups_load = |1000|", "ups_maxholdtime = |10|", "ups_rechargetime = |10|"}) {
     expected += std::string("cfgmask: init_new_config_vals: ") + value + "\n";
   }
-  EXPECT_EQ(get_file("setup.dbg"), expected +
-                                       "CustomRec.password=MIRT!4\n"
-                                       "save_std_cfg() ok\nsave_custom_cfg() ok\nsave_path_cfg() ok\n"
-                                       "save_mail_cfg() ok\nsave_new_event_cfg() ok\n");
+  expected += "value_check_tempcaution: dval=50.000000 lval=50\nvalue_check: log_max=200\n";
+  expected += "value_check down_time(9): 0 <= 7 7 <= 1000\nCustomRec.password=MIRT!4\n";  // kept, for scripts
+  const std::string saved =
+      "save_std_cfg() ok\nsave_custom_cfg() ok\nsave_path_cfg() ok\nsave_mail_cfg() ok\nsave_new_event_cfg() ok\n";
+  EXPECT_EQ(get_file("setup.dbg"), expected + saved + saved);
 }
 
 TEST_F(Settings, ValuesThatStandOtherwiseInTheFile) {
