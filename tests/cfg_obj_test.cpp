@@ -30,6 +30,7 @@ TEST(CStrArr, AddsRemovesAndCopies) {
   EXPECT_EQ(names.nCount, 1);
   ASSERT_EQ(copy.nCount, 4);
   EXPECT_EQ(std::string(CStrArr_GetStr(&copy, 1)) + CStrArr_GetStr(&copy, 2), "110");
+  CStrArr_Del(&copy, 1, 3);
   CStrArr_Empty(&names);
   CStrArr_Empty(&copy);
   EXPECT_EQ(copy.Arr, nullptr);

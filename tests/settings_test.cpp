@@ -89,8 +89,10 @@ TEST_F(Settings, ValuesThatStandOtherwiseInTheFile) {
   EXPECT_EQ(text("PASSWORD") + "," + text("UpsCable") + "," + text("LoggingData"), ",LAST,no");
   EXPECT_EQ(number_in(field_of(*setting_of_key("UpsPower"))), INT32_MAX);
   const RecordField none = field_of_mask(kMaskUps, kStdFieldCount);
-  char nothing[256] = "before";
+  char nothing[512] = "before";
   EXPECT_EQ(number_in(field_of(*setting_of_key("UpsDevice"))) + number_in(none) + *text_in(none, nothing), 0);
+  get_hlp_txt(nothing, kMaskUps, kStdFieldCount);
+  EXPECT_STREQ(nothing, help_missing[language]);
   EXPECT_EQ(CustomRec.ups_shutdown_delay, 0);
   EXPECT_EQ(CustomRec.check_rate, 0);
 
@@ -105,7 +107,7 @@ TEST_F(Settings, ValuesThatStandOtherwiseInTheFile) {
   create_new_cfg = 0;
   init_new_config_vals();
   EXPECT_EQ(StdRec.logging_rate_copy, 300);
-  ASSERT_EQ(save_special_cfg("ups.cfg"), 1);
+  EXPECT_EQ(save_special_cfg("none/ups.cfg") + save_special_cfg("ups.cfg"), 1);
   EXPECT_EQ(get_file("ups.cfg"),
             "PASSWORD=SWNL\nNetTyp=MASTER\nEnableExtra1=no\nExtraTime1=0\nExtraJob1=/mine\nEnableExtra2=no\n"
             "ExtraTime2=0\nExtraJob2=/usr/ups/ups_exe2\nEnableExtra3=no\nExtraTime3=0\nExtraJob3=/usr/ups/ups_exe3\n")
