@@ -56,6 +56,8 @@ TEST_F(Kavcfg, RefusesInOneLineAndChangesNothing) { expect("refusals"); }
 
 TEST_F(Kavcfg, SetChangesItsKeysAndWhatFollowsThem) { expect("set"); }
 
+TEST_F(Kavcfg, LeavesAFileThatAnotherProgramSaves) { expect("locked"); }
+
 TEST_F(Kavcfg, PasswordsComeFromStandardInputAndAreNeverPrinted) { expect("passwords"); }
 
 TEST_F(Kavcfg, KavdbRefusesAndFindsFaults) { expect("database"); }
@@ -70,7 +72,6 @@ TEST_F(Kavcfg, EditsAndListsOneJobInWords) { expect("job"); }
 
 TEST_F(Kavcfg, DrawsTheJobsOfAnEventOverTime) { expect("timeline"); }
 
-// Schema and list agree with each other, with the standard's own check, and with apply.
 TEST_F(Kavcfg, JsonAndSchemaHoldBeforeOtherPrograms) { expect("json"); }
 
 TEST(KavcfgProgram, IsLinkedWithoutCurses) {
