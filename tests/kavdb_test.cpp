@@ -1,15 +1,10 @@
-// kavdb: the coded form and back, and the program. What it refuses and the faults that it finds stand in
-// docs/transcripts, which kavcfg_test plays.
-#include "tests/database_file.h"
-#include "tests/run.h"
+// The coded form of a database and back, and its check. What kavdb makes of them stands in docs/transcripts, which
+// kavcfg_test plays.
 #include "upsdb/db_check.h"
 
-namespace {
+#include "tests/database_file.h"
 
-// kavdb by way of the shell, with what the command `input` prints; standard error is in the output.
-Result kavdb(const std::string &arguments, const std::string &input = "true") {
-  return run_shell(input + " | '" KAVDB_PROGRAM "' " + arguments + " 2>&1");
-}
+namespace {
 
 TEST(CodedForm, RefusesWhatWouldNotComeBack) {
   std::string coded = "?";
@@ -36,22 +31,6 @@ TEST(Check, CountsTheRecordsOfASection) {
   const int last = static_cast<int>(lines_of(text.substr(0, begin)).size()) + 32768;
   const std::string fault = "is never read: a section holds at most 32767 records";
   EXPECT_EQ(check_database(text.insert(begin, records)), (std::vector<Finding>{{last, "BYPASS_LIB", "line", fault}}));
-}
-
-TEST(Program, CompilesDumpsListsAndChecks) {
-  const WorkingFolder folder;
-  EXPECT_EQ(kavdb("compile " SAMPLE_TEXT " upstyp.ups"), (Result{0, ""}));
-  EXPECT_EQ(static_cast<unsigned>(std::filesystem::status("upstyp.ups").permissions()), 0644U);
-  const Result refused = kavdb("compile --force - upstyp.ups", "printf '[UPS]\\r\\n' | head -c 7");
-  EXPECT_TRUE(refused.output.find("standard input:1: line: line ends in a carriage return\n") != std::string::npos &&
-              refused.output.ends_with("kavdb: nothing is written\n"))
-      << refused.output;
-  EXPECT_EQ(kavdb("dump upstyp.ups"), (Result{0, sample_text()})) << "the old database is whole";
-  EXPECT_EQ(kavdb("compile - - | '" KAVDB_PROGRAM "' check -", "cat " SAMPLE_TEXT), (Result{0, ""}));
-  const Result list = kavdb("list upstyp.ups");
-  EXPECT_EQ(list.status, 0);
-  EXPECT_EQ(lines_of(list.output)[5],
-            "  4  ZELK K-TSN030-200               9600,n,8,1    0x805C     0     3000       10         12\n");
 }
 
 }  // namespace
