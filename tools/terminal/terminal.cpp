@@ -198,9 +198,12 @@ bool input_is_taken(const TerminalState &t) {
   return poll(&ready, 1, 0) <= 0;
 }
 
+// A signal that was sent to the program may wake it later: until then it looks as if it slept on.
 bool is_idle(const TerminalState &t) {
-  const bool stopped = read_all("/proc/" + std::to_string(t.process) + "/stat").find(") T ") != std::string::npos;
-  return t.ended || stopped || (input_is_taken(t) && waits_for_key(t));
+  const std::string status = read_all("/proc/" + std::to_string(t.process) + "/status");
+  const bool stopped = status.find("\nState:\tT") != std::string::npos;
+  const bool was_signalled = status.find("\nShdPnd:\t0000000000000000") == std::string::npos;
+  return t.ended || stopped || (!was_signalled && input_is_taken(t) && waits_for_key(t));
 }
 
 // Takes output until the program is idle (true) or the time is over.
