@@ -96,12 +96,8 @@ void trace_defaults() {
 int section_written[std::size(kSections)];  // results of the last write_all_sections
 std::vector<std::string> report;            // of the last save
 
-std::string reason_of(int error) {
-  return error == EWOULDBLOCK ? lock_held_label[language] : std::string(std::strerror(error));
-}
-
 int not_saved(const char *file, int error) {
-  report = {filled(not_saved_label, {file, reason_of(error)})};
+  report = {filled(not_saved_label, {file, failure_reason(error)})};
   return 0;
 }
 
@@ -206,12 +202,16 @@ int save_configuration(const char *file) {
   return all_written;
 }
 
+std::string failure_reason(int error) {
+  return error == EWOULDBLOCK ? lock_held_label[language] : std::string(std::strerror(error));
+}
+
 const std::vector<std::string> &save_report() { return report; }
 
 std::string obstacle_to_saving(const char *file) {
   const bool exists = does_file_exist(file, kAnyFile) != 0;
   const int error = access(exists ? file : ".", W_OK) != 0 ? errno : is_saved_now(file) ? EWOULDBLOCK : 0;
-  return error == 0 ? "" : filled(unsavable_label, {file, reason_of(error)});
+  return error == 0 ? "" : filled(unsavable_label, {file, failure_reason(error)});
 }
 
 void choose_model(const char *name) {

@@ -42,6 +42,8 @@ int save_configuration(const char *file);
 // writes all sections into the open profile, false when one was refused.
 int create_profile(const char *file);
 bool write_all_sections();
+// Why a save failed with this errno, in the present language.
+std::string failure_reason(int error);
 // What the person should know of the last save, when the screen is gone: why it failed, what others changed. The same
 // reason beforehand: why `file` could not be saved now, "" when nothing is known.
 const std::vector<std::string> &save_report();

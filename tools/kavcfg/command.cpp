@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "setup/configuration/configuration.h"
 #include "setup/jobs/event_table.h"
 #include "setup/settings/models.h"
 #include "tools/kavcfg/texts.h"
@@ -37,7 +38,7 @@ int tell_outcome(Outcome outcome, int error, const char *file) {
     case Outcome::file_unreadable:
       return complain(kFileFailed, filled(unreadable_label, {file, std::strerror(error)}));
     case Outcome::file_unwritable:
-      return complain(kFileFailed, filled(unwritable_label, {file, std::strerror(error)}));
+      return complain(kFileFailed, filled(unwritable_label, {file, failure_reason(error)}));
     case Outcome::database_unreadable:
       return complain(kFileFailed, filled(database_unreadable_label, {upstypname, std::strerror(error)}));
     default:

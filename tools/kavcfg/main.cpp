@@ -66,7 +66,7 @@ bool database_was_given = false;
 
 // The printed text must have arrived.
 int finish(int status) {
-  errno = 0;
+  errno = EIO;  // of a write before, whose own reason is gone
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
   return complain(kFileFailed, filled(unwritable_label, {"standard output", std::strerror(errno)}));
 }
