@@ -79,7 +79,7 @@ TEST(Mime, HeadersAreRead) {
   const std::tuple<std::string, int, const char *, const char *> cases[] = {
       {version + transfer + " base64\r\n\r\n" + transfer + " late\r\n", 1, "base64", ""},
       {version + "Content-Type: a; name=ab\n" + transfer + " q\nContent-Disposition: b;filename=c\n", 1, "q", "c"},
-      {version + transfer + std::string(300, 'e') + "\n", 1, "eeeeeeeee", ""},
+      {version + "Content-Type: a; name=ab\n" + transfer + std::string(300, 'e') + "\n", 1, "eeeeeeeee", "ab"},
       {transfer + " base64\r\n\r\n", 0, "", ""},
       {"MIME-Version:" + std::string(1100, ' ') + "\n" + transfer + " base64\r\n", 0, "", ""},  // a line too long
   };

@@ -74,11 +74,6 @@ TEST_F(Kavcfg, DrawsTheJobsOfAnEventOverTime) { expect("timeline"); }
 
 TEST_F(Kavcfg, JsonAndSchemaHoldBeforeOtherPrograms) { expect("json"); }
 
-TEST(KavcfgProgram, IsLinkedWithoutCurses) {
-  EXPECT_EQ(run_shell("readelf -d '" KAVCFG_PROGRAM "' | grep NEEDED | grep -oE '\\[libc.so|curses|tinfo'").output,
-            "[libc.so\n");
-}
-
 TEST_F(Kavcfg, ProbeTellsTheModelOrTheReasonOfEachPort) {
   constexpr int kNoNamespace = 77;
   const bool can_simulate = run_shell("'" TRY_DETECTION "' -b '" BUILD_FOLDER "' true").status != kNoNamespace;

@@ -104,14 +104,14 @@ TEST(Mask, MovesBetweenThreeFields) {
 
 TEST(Template, FieldsAreFoundInsideTheirRowsOnly) {
   std::string found(kImageSize, '.');
-  found.replace(79, 6, ">2...<");           // the type character stands in the next row
+  found.replace(78, 7, ">>2...<");          // what is no type character; the type character stands in the next row
   found.replace(235, 10, ">3......9<");     // reaches into the next row
   found.replace(kImageSize - 3, 3, "<>7");  // never closed
   FieldDescriptor two[kTemplateTable];
   EXPECT_EQ(search_fields(found.data(), two), 1);
   EXPECT_EQ(std::memcmp(two, "\2\1\0\4\3\2\x4c\4\xff", 9), 0);
   EXPECT_EQ(search_fields(found.data(), two), 0);
-  EXPECT_EQ(found.substr(78, 8) + found.substr(kImageSize - 3), ".      .<>7");
+  EXPECT_EQ(found.substr(77, 9) + found.substr(kImageSize - 3), ".>      .<>7");
 }
 
 // --- on the screen
@@ -148,7 +148,7 @@ TEST(Edit, TypedTextsReachTheRecord) {
       {bytes, 0, 4, "wxyz", u"\u0105\u0105\b\t", 9, "wyz", "wyz", 0},      // the cells after it move up
       {bytes, 0, 4, "ab", u"\b|\\\u0104", 260, "ab", "", 2},
       {bytes, 13, 4, "yes", u"x\u0105\b9\u0112", 274, "yes", "", 3},       // read-only: nothing erases either
-      {bytes, 14, 7, "", u"default\u0103", 259, "default", "default", 0},
+      {bytes, 14, 7, "", u"\u001Fdefault\u0103", 259, "default", "default", 0},
       {bytes, 14, 7, "default", u"007    \u0102", 258, "7", "007", 0},
       {bytes, 12, 4, "0042", u"?", '?', "42", "", 0},                      // also when nothing was typed
       {bytes, 12, 4, "", u"\u0168", 360, "", "", 0},
@@ -213,14 +213,16 @@ TEST(Image, BlocksAndValuesStayInsideImageAndWindow) {
   const Window window = open_window(5, 10, 0, 0);
   WINDOW *const win = window.get();
   draw_blk(win, Edit_screen, -3, 8, 99, 200, '#', 1);
-  clsln(win, 1, 8, 2, 8, kAttrNormal);
+  clsln(win, 1, 8, 2, 8, kAttrHighlight);
+  EXPECT_TRUE((mvwinch(win, 1, 8) & A_BOLD) != 0 && (getattrs(win) & A_BOLD) == 0);
   disp_value(win, 0, 1, kAttrNormal, -12, 5, kDecimal);
   null_unt = 0;
   disp_value(win, 1, 1, kAttrNormal, -1, 9, kHexadecimal);
   disp_value(win, 2, 1, kAttrNormal, reinterpret_cast<intptr_t>("te"), 3, kTextValue);
   EXPECT_EQ(rows_of(win, 0, 3), "   -12  ##| 0ffffffff| te      #|");
   insert_char(win, 2, 1, 4, '>');
-  EXPECT_EQ(row_of(win, 2), " >te     #");
+  insert_char(win, 0, 1, 4, '>');
+  EXPECT_EQ(row_of(win, 0) + row_of(win, 2), " >  -2  ## >te     #");
   delete_char(win, 2, 2, 4, '<');
   insert_char(win, 25, 0, 200, '!');
   delete_char(win, 24, -1, 3, '!');

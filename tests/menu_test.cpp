@@ -82,7 +82,7 @@ TEST(Scrolling, Keys) {
       {kKeyNextPage, 20, 5, 5, 2, 1, 1},
       {kKeyEnd, 20, 5, 3, 2, 16, 5},
       {kKeyHome, 20, 5, 3, 2, 1, 1},
-      {kKeyUp, 20, 5, 3, 1, 2, 1},
+      {kKeyUp, 20, 5, 2, 1, 1, 1},
       {kKeyUp, 20, 5, 3, 2, 3, 1},
       {kKeyUp, 20, 5, 1, 1, 1, 1},
       {kKeyDown, 20, 5, 3, 4, 3, 5},

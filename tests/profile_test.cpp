@@ -60,7 +60,7 @@ TEST(ProfileLine, TopicNameIsWhatFollowsTheFirstBracket) {
 TEST(ProfileLine, NumberSignInTheFirstColumnIsNoTrailingComment) {
   char out[kValueBufferSize];
   EXPECT_EQ(getComment("# not trailing", out), 0);
-  EXPECT_EQ(getComment("k = v # a # b\n", out), 1);
+  EXPECT_EQ(getComment("k# a # b\n", out), 1);
   EXPECT_STREQ(out, "          # a # b");
   EXPECT_EQ(get_value("k=" + std::string(1100, 'v'), out, kReadText), 1);
   EXPECT_EQ(out, std::string(1023, 'v'));
@@ -257,6 +257,8 @@ TEST_F(Profile, OneOperationNeedsNoOpenProfile) {
     EXPECT_EQ(read("T", "k", value, "p"), 1);
     EXPECT_STREQ(value, "v");
   }
+  put_file("p", ";");
+  EXPECT_TRUE(XWritePrivateProfileString(kTmpTopic, "k", "v", "p") == 1 && get_file("p") == ";\nk=v\n");
 }
 
 TEST_F(Profile, WalksThroughItsLinesAsTheFileHasThem) {
@@ -325,6 +327,7 @@ TEST_F(Profile, WhatSurvivesComesBackAndWhatDoesNotDoesNot) {
   }
   EXPECT_EQ(XSurvives(kTmpTopic, "PASSWORD", "_]["), ProfileFault::bracket);
   EXPECT_EQ(XSurvives("T\n", "k", "v"), ProfileFault::line_feed);
+  EXPECT_EQ(XSurvives(std::string(1021, 'T'), "k", "v"), ProfileFault::topic);
   EXPECT_EQ(XSurvives("T[", "k", "v"), ProfileFault::topic);  // comes back as "T" where names compare exactly
 }
 

@@ -149,7 +149,8 @@ TEST(Keys, AsTheyAreHandedOut) {
   drop_typed_keys();
   define_key("\033[9", kKeyInsert);  // as a terminal may describe it: whole though more could follow
   type_ahead(u"\033]0;" + std::u16string(99, u'x') + u"\a\033[1\033[9c");
-  EXPECT_TRUE(winkey(stdscr) == kKeyInsert && inkey() == 'c');
+  EXPECT_TRUE(winkey(stdscr) == kKeyInsert && inkey() == 'c' && winkey(nullptr) == 0);
+  EXPECT_TRUE(time_wait(1) == 0 && std::clock() >= CLOCKS_PER_SEC) << "of the processor's time";
 }
 
 TEST(Keys, OfEveryKeyboardAreKnownAndNothingElseIsAKey) {

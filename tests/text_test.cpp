@@ -88,8 +88,12 @@ TEST(Text, ControlCharactersAreNotShown) {
       {"\x9F\xA0\xE1", "?\xA0\xE1", false, false},  // Latin-1
       {"\xA4\xA2x\x8E\xB1\x8F\xB0\xA1", "\xA4\xA2x\x8E\xB1\x8F\xB0\xA1", false, true},
       {"\xA4\xA2\x8E\x8F\xB0", "\xA4\xA2??\xB0", false, false},
-      {"\xA4\xA2\xE3\x81\x9B", "\xA4\xA2\xE3??", false, false},                      // and UTF-8 in it
-      {"\xE0\x82\x9B\xF0\x80\x82\x9B\xC1\x9B", "\xE0??\xF0???\xC1?", false, false},  // U+009B, longer than it should be
+      {"\xA4\xA2\xE3\x81\x9B", "\xA4\xA2\xE3??", false, false},  // and UTF-8 in it
+      {"\xE0\xA0\x80\xE1\x80\x80\xF0\x90\x80\x80\xF4\x80\x80\x80",
+       "\xE0\xA0\x80\xE1\x80\x80\xF0\x90\x80\x80\xF4\x80\x80\x80", true, false},
+      {"\xE0\x82\x9B", "\xE0??", false, false},  // U+009B, longer than it should be, three times
+      {"\xF0\x80\x82\x9B", "\xF0???", false, false},
+      {"\xC1\x9B\xF5\x80\x80\x80", "\xC1?\xF5???", false, false},
   };
   for (const auto &[text, shown, utf8, euc_jp] : cases) {
     EXPECT_EQ(printable(text), shown);

@@ -1,10 +1,12 @@
-// Fields of a line, model records, and the database's own data.
+// Fields of a line, model records, the database's own data, and its coded form. What kavdb makes of them stands in
+// docs/transcripts, which kavcfg_test plays.
 #include "upsdb/upsdb.h"
 
 #include <algorithm>
 #include <tuple>
 
 #include "tests/database_file.h"
+#include "upsdb/db_check.h"
 #include "upsdb/families.h"
 #include "upsdb/position.h"
 
@@ -128,7 +130,7 @@ TEST(Database, IsOpenedOnceAndItsLastModelOutlivesIt) {
   EXPECT_EQ(UpsIsOpenDb() + UpsGetCountDb() + UpsOpenDb("none.ups") + UpsFindDb(model, "Model A"), 0);
   UpsVersionInfo info;
   UpsVariableInfo variable;
-  EXPECT_EQ(UpsVersionInfoDb(&info) + UpsGetAtDbVarInfoFromVarID(variable, 1), 0);
+  EXPECT_EQ(UpsVersionInfoDb(&info) + UpsVersionInfoDb(nullptr) + UpsGetAtDbVarInfoFromVarID(variable, 1), 0);
   db.open(std::string("[UPS]\nModel B|1\n") + kModel);
   EXPECT_EQ(findEntryInDb("unknown"), -1);
   EXPECT_EQ(findEntryInDb("MODEL A"), 0) << "not read again";
@@ -151,7 +153,7 @@ TEST(Version, TextThatFillsItsBufferHasNoTerminatorAndOemZeroIsOne) {
   EXPECT_EQ(UpsBuildVersionInfoStr(text, sizeof text, &parsed), 1);
   EXPECT_STREQ(text, "7.-3.0.0");
   EXPECT_EQ(UpsBuildVersionInfoStr(text, sizeof text, nullptr) + UpsBuildVersionInfoStr(nullptr, 9, &parsed), 0);
-  EXPECT_TRUE(text[0] == '\0' && UpsParseVersionInfoStr(nullptr, "1") == 0);
+  EXPECT_TRUE(text[0] == '\0' && UpsParseVersionInfoStr(nullptr, "1") + UpsParseVersionInfoStr(&parsed, nullptr) == 0);
   EXPECT_EQ(UpsIsCompatibleVersionInfo(&parsed, &info.version) + UpsIsCompatibleVersionInfo(&parsed, nullptr), 0);
   EXPECT_EQ(UpsIsCompatibleVersionInfo(&info.version, &info.version), 1);
   EXPECT_EQ(UpsParseVersionInfoStr(&parsed, "1.0"), 1);
@@ -169,6 +171,33 @@ TEST(Version, TextThatFillsItsBufferHasNoTerminatorAndOemZeroIsOne) {
     EXPECT_EQ(oem, number);
     EXPECT_EQ(UpsFileDateDb(text, sizeof text), 0);
   }
+}
+
+TEST(CodedForm, RefusesWhatWouldNotComeBack) {
+  std::string coded = "?";
+  std::vector<Finding> findings;
+  EXPECT_EQ(code_text("a\nb\r\n", coded, findings) + code_text(std::string(1022, 'x') + "\n", coded, findings), 0);
+  EXPECT_EQ(code_text(std::string_view("a\n\nb\0c", 6), coded, findings), 0);
+  EXPECT_EQ(findings, (std::vector<Finding>{{2, "", "line", "line ends in a carriage return"},
+                                            {1, "", "line", "line is longer than 1022 bytes"},
+                                            {3, "", "line", "line holds a NUL"}}));
+  EXPECT_EQ(decode_text("[UPS]\n", coded), 0) << "a text is no coded file";
+  EXPECT_EQ(coded, "?");
+  for (const std::string &source : {std::string(), std::string("\n\n"), std::string("a"), std::string(1022, 'x')}) {
+    std::string text = "?";
+    EXPECT_EQ(code_text(source, coded, findings) + decode_text(coded, text), 2);
+    EXPECT_EQ(text, source);
+  }
+}
+
+TEST(Check, CountsTheRecordsOfASection) {
+  const std::string title = "[BYPASS_LIB]\n";
+  std::string text = sample_text(), records;
+  const size_t begin = text.find(title) + title.size();
+  for (int n = 0; n < 32768; ++n) records += "pop\n";
+  const int last = static_cast<int>(lines_of(text.substr(0, begin)).size()) + 32768;
+  const std::string fault = "is never read: a section holds at most 32767 records";
+  EXPECT_EQ(check_database(text.insert(begin, records)), (std::vector<Finding>{{last, "BYPASS_LIB", "line", fault}}));
 }
 
 }  // namespace

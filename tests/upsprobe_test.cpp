@@ -2,8 +2,12 @@
 
 #include <tuple>
 
+#include "screen/image.h"
+#include "screen/keys.h"
 #include "setup/cfgmask/masks.h"
+#include "setup/configuration/configuration.h"
 #include "setup/detection/detection.h"
+#include "setup/settings/extra_jobs.h"
 #include "setup/settings/models.h"
 #include "setup/settings/settings.h"
 #include "setup/upsprobe.h"
@@ -71,6 +75,24 @@ TEST(Detection, ShowsWhatItFound) {
               "   x {23}Is this configuration OK .{24}x\\|   x {72}x\\|"
               "   x    UPS Type: {50}Model    x\\|   x    Comport: {46}/dev/ttyS1    x\\|   x {72}x\\|   x {72}x\\|"
               "   tq{72}u\\|   x    <ENTER>=OK {41}<ESC>=CANCEL     x\\|   mq{72}j\\|");
+}
+
+TEST(Masks, AreFilledFromAModelAndShown) {
+  const CursesScreen screen;
+  initscrio();
+  init_all_tabs();
+  EXPECT_EQ(init_masklib(), 0);
+  cpynstr(UpsTypeArr[0].ups_name, "K-TRN010VQ-110");
+  draw_std_frame(stdscr, kAttrNormal);
+  fill_ups_rec(stdscr, &UpsTypeArr[0]);
+  EXPECT_STREQ(get_act_ups(), "K-TRN010VQ-110");
+  fill_baudrate(stdscr, 0);
+  EXPECT_NE(rows_of(stdscr).find("UPS modelname       : K-TRN010VQ-110 "), std::string::npos) << rows_of(stdscr);
+  clear();
+  show_cfg_maske(stdscr, &StdRec, StdTabArr, kAttrNormal);
+  EXPECT_NE(rows_of(stdscr).find("K-TRN010VQ-110"), std::string::npos) << rows_of(stdscr);
+  type_ahead({kKeyReturn, kKeyReturn, kKeyF10});
+  EXPECT_TRUE(edit_special_cfg(stdscr, "", kAttrNormal) == 0 && SpecialRec.job[0].enabled == std::string("yes"));
 }
 
 }  // namespace

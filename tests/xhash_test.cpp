@@ -76,6 +76,7 @@ TEST_F(IntList, IsSavedAndLoadedUpToTheLastElementThatTheCountHolds) {
 TEST(Hash, BucketsOfKeysStayWhatTheyAre) {
   EXPECT_EQ(calcHashIndex("MAIL", 1000), 191U);
   EXPECT_EQ(calcHashIndex("\xA4\xE6\x41", 997), 553U);
+  EXPECT_EQ(calcHashIndex("\x80", 997), 869U);
 }
 
 // With keys and data of which some need memory of their own.

@@ -87,7 +87,9 @@ TEST(EventEditor, SaysWhatAJobOrItsListWouldLoseBeforeItIsLeft) {
 TEST(EventEditor, JobsAreEditedAddedAndDeletedAndRefusedValuesAreNotTaken) {
   const std::string more = "LOGMSG(\"1\")O;LOGMSG(\"2\")O;LOGMSG(\"3\")O;LOGMSG(\"4\")O;";
   Terminal t;
-  open_event(t, "Event3=" + kShutdown + "LOGMSG(\"old\")O;" + more + "\nEvent24=LOGMSG(\"a\")O;SHUTDOWN(\"10\")O;\n",
+  open_event(t,
+             "Event3=" + kShutdown + "LOGMSG(\"old\")O;" + more +
+                 "\nEvent24=LOGMSG(\"z\")O;LOGMSG(\"a\")O;SHUTDOWN(\"10\")O;\n",
              3);
   choose(t, 1);
   t.type("   ");
@@ -110,7 +112,7 @@ TEST(EventEditor, JobsAreEditedAddedAndDeletedAndRefusedValuesAreNotTaken) {
   t.see("Shutdown System/ UPS in 5940 sec.");
   t.press({Up, Enter});  // not more than ten entries go round
   choose(t, 24);         // the bypass mode is not offered
-  choose(t, 4);          // add, after two jobs and the spacer
+  choose(t, 5);          // add, after three jobs and the spacer
   EXPECT_EQ(t.find("Add Job to List").row, 7);
   t.press({Enter});
   t.see("Send a Shutdown UPS Signal");
@@ -118,10 +120,12 @@ TEST(EventEditor, JobsAreEditedAddedAndDeletedAndRefusedValuesAreNotTaken) {
   t.press({F10});
   t.see("Shutdown System/ UPS in default sec.");
   EXPECT_EQ(t.find("UPS in 10 sec."), (Position{-1, -1})) << "a list shuts down once";
-  choose(t, 5);
-  t.see("Delete Job from List");
-  choose(t, 2);
-  EXPECT_EQ(t.find("default sec.").row, -1);
+  for (const int job : {3, 1}) {
+    choose(t, job == 3 ? 6 : 5);
+    t.see("Delete Job from List");
+    choose(t, job);
+    EXPECT_EQ(t.find("default sec.").row, -1);
+  }
   choose(t, 4);  // delete mode again; leaving it leaves the job list too
   t.press({Escape});
   t.see("Eventlist");
