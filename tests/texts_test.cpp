@@ -50,8 +50,7 @@ TEST(Texts, JapaneseFollowsEnglish) {
     if (entry.path().extension() != ".cpp") continue;
     std::ifstream file(entry.path());
     for (const auto &[english, japanese] : pairs_in({std::istreambuf_iterator<char>(file), {}})) {
-      EXPECT_TRUE(std::regex_match(english, kAscii)) << english;
-      EXPECT_TRUE(std::regex_match(japanese, kPlainEucJp)) << english;
+      EXPECT_TRUE(std::regex_match(english, kAscii) && std::regex_match(japanese, kPlainEucJp)) << english;
       EXPECT_EQ(english.empty(), japanese.empty()) << english;
       EXPECT_EQ(all_of(kPlaceholder, english), all_of(kPlaceholder, japanese)) << english;
       EXPECT_EQ(cnumtoken(english.c_str(), "|"), cnumtoken(japanese.c_str(), "|")) << english;
