@@ -97,6 +97,7 @@ TEST(Scrolling, Keys) {
   };
   for (const auto &[key, total, visible, from, at, new_first, new_cursor] : cases) {
     int32_t first = from, cursor = at;
+    EXPECT_EQ(ProcessListKeyboard(key, nullptr, &cursor, total, visible), 0);
     EXPECT_EQ(ProcessListKeyboard(key, &first, &cursor, total, visible), new_first + new_cursor - 1);
     EXPECT_EQ(first, new_first) << key << " of " << total;
     EXPECT_EQ(cursor, new_cursor) << key << " of " << total;

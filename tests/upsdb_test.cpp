@@ -1,5 +1,4 @@
-// Fields of a line, model records, the database's own data, and its coded form. What kavdb makes of them stands in
-// docs/transcripts, which kavcfg_test plays.
+// Fields of a line, model records, the database's own data and its coded form. What kavdb makes: docs/transcripts.
 #include "upsdb/upsdb.h"
 
 #include <algorithm>

@@ -73,6 +73,7 @@ TEST(EventEditor, SaysWhatAJobOrItsListWouldLoseBeforeItIsLeft) {
       {kMailJob + "\"a,b\"${ #SIGN },\"c\")O;", {Enter, Down}, "x, y", "a part of it is lost"},
       {"LOGMSG(\"a\")O;", {Enter}, "b ]", "──────────"},
       {long_list + kShutdown, {Enter}, std::string(54, 'l'), "a job of it is lost"},
+      {full, {Enter}, "last", "──────────"},
       {full, {End, Up, Up, Enter, Up, Up, Up, Up, Enter}, "one more", "a job of it is lost"},
   };
   for (const auto &[list, way, typed, notice] : cases) {
