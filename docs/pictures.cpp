@@ -145,10 +145,13 @@ constexpr Screen kJobList = {"job-list", {"Add Job to List", "ジョブを一覧
 constexpr Screen kJobMask = {"job-mask", {"Timer Settings:", "タイマの設定:"}};
 constexpr Screen kTimingList = {"timing-list", {"Periodic", "一定間隔"}};
 constexpr Screen kFunctionList = {"function-list", {"Send Messagebox with text", "メッセージボックスで通知"}};
+constexpr Screen kFunctionHelp = {"function-help", {"will send a Shutdown signal", "UPS のタイマへ送信し"}};
 constexpr Screen kMailMask = {"mail-mask", {"Sender Email Address", "差出人メールアドレス"}};
 constexpr Screen kFileMissing = {"file-missing", {"ups.cfg doesn't exist", "ups.cfg がありません"}};
 
 constexpr Screen kJobsOfAllKinds = {"jobs-of-all-kinds", {"FROB", "FROB"}};
+constexpr Screen kParameterHelp = {"parameter-help", {"Parameter Settings help", "パラメータ設定のヘルプ"}};
+constexpr Screen kEmptyField = {"empty-field", {"can not be left blanc", "空欄にできません"}};
 constexpr Screen kValueError = {"value-error", {"Value out of range", "値が範囲外です"}};
 constexpr Screen kScheduledJob = {"scheduled-job", {"minutes", "分"}};
 constexpr Screen kTimeline = {"timeline", {"The battery is empty", "バッテリ切れ"}};
@@ -212,13 +215,17 @@ void look_at_jobs(Terminal &t, int language) {
   take(t, kTimingList, language);
   t.press({Escape, Escape, Up, Up, Up, Enter});
   take(t, kFunctionList, language);
-  t.press({Escape, Escape});
+  t.press({ShiftQuestion});
+  take(t, kFunctionHelp, language);
+  t.press({Escape, Escape, Escape});
 }
 
 void fill_in_mail(Terminal &t, int language) {
   choose(t, kMail);
   press_times(t, 3, Down);
-  t.type("ups@example.com");
+  t.type("ups@exampel.com");
+  t.press({Left, Left, Left, Left, Left, Left});
+  t.type("le");
   t.press({Down});
   t.type("mail.example.com");
   take(t, kMailMask, language);
@@ -263,6 +270,14 @@ void take_all(int language) {
   choose(t, 7);
   take(t, kJobsOfAllKinds, language);
   choose(t, 2);
+  t.press({ShiftQuestion});
+  take(t, kParameterHelp, language);
+  t.press({Escape});
+  t.type("    ");
+  t.press({Down});
+  take(t, kEmptyField, language);
+  t.press({Escape});
+  t.type("host");
   t.press({Down});
   t.type("70000");
   t.press({Down});

@@ -68,9 +68,9 @@ TEST(Mime, TheCharacterAfterAValueIsCopiedToo) {
   EXPECT_STREQ(value, "a/b;xxx");
   EXPECT_EQ(getValue(": abcdef", value, 3), 1);
   EXPECT_STREQ(value, "abc;xxx");  // bounded, no terminator
-  EXPECT_EQ(getParam(": a; NAME = \"b c\"; d", "name", value, sizeof value), 1);
+  EXPECT_EQ(getParam(": a=b; NAME = \"b c\"; d", "name", value, sizeof value), 1);
   EXPECT_STREQ(value, "b c\"xxx");
-  EXPECT_EQ(getParam(": a", "name", value, sizeof value) + getParam(": a; b=c", "name", value, sizeof value), 0);
+  for (const char *field : {": a", ": a; b=c", ": a; name"}) EXPECT_EQ(getParam(field, "name", value, 9) + *value, 0);
   EXPECT_EQ(getValue(": \r\n", value, sizeof value), 0);
 }
 

@@ -98,9 +98,9 @@ TEST_F(Jobs, SplitsOneJob) {
   const auto job = parsed("MESSAGE(\"\",\"\")O");
   cpynstr(job->summary, "#3 #x ## #" + std::string(80, '.') + "#");
   EXPECT_EQ(line_of(*job), "3 x # " + std::string(58, '.'));
-  char rest[] = "rest";
+  char rest[] = "re\"s\"t";
   EXPECT_EQ(getRepTime(nullptr, rest, 5) + getRepTime("a)O", nullptr, 5) + getRepTime("a)O", rest, 0), 0);
-  EXPECT_EQ(removeQuotes(nullptr), nullptr);
+  EXPECT_TRUE(removeQuotes(nullptr) == nullptr && std::string_view(removeQuotes(rest)) == "s");
 }
 
 TEST_F(Jobs, ComeBackFromTheirMaskUnlessAValueIsMissing) {

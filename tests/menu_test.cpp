@@ -44,7 +44,7 @@ TEST(List, PositionsStayWhenAnEntryIsRemoved) {
   EXPECT_EQ(get_last_entry_num(list.get()), 3);
   EXPECT_EQ(std::strlen(get_last_one(list.get(), 0)->text), 83u);
   char text[84] = "-";
-  EXPECT_EQ(get_element_by_num(list.get(), 4, text), list.get());
+  EXPECT_TRUE(get_element_by_num(list.get(), 4, text) == list.get() && !get_element_by_num(nullptr, 1, text));
   EXPECT_STREQ(text, "-");
   EXPECT_EQ(get_element_by_strid(list.get(), 103, text)->num, 2);
   EXPECT_EQ(get_strid_by_num(list.get(), 0), 101);

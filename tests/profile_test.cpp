@@ -59,10 +59,9 @@ TEST(ProfileLine, TopicNameIsWhatFollowsTheFirstBracket) {
 
 TEST(ProfileLine, NumberSignInTheFirstColumnIsNoTrailingComment) {
   char out[kValueBufferSize];
-  EXPECT_EQ(getComment("# not trailing", out), 0);
-  EXPECT_EQ(getComment("k# a # b\n", out), 1);
+  EXPECT_TRUE(getComment("# not trailing", out) == 0 && getComment("k# a # b\n", out) == 1);
   EXPECT_STREQ(out, "          # a # b");
-  EXPECT_EQ(get_value("k=" + std::string(1100, 'v'), out, kReadText), 1);
+  EXPECT_EQ(get_value("k=v\t" + std::string(1100, 'v'), out, kReadText), 1);
   EXPECT_EQ(out, std::string(1023, 'v'));
 }
 
@@ -327,6 +326,7 @@ TEST_F(Profile, WhatSurvivesComesBackAndWhatDoesNotDoesNot) {
   }
   EXPECT_EQ(XSurvives(kTmpTopic, "PASSWORD", "_]["), ProfileFault::bracket);
   EXPECT_EQ(XSurvives("T\n", "k", "v"), ProfileFault::line_feed);
+  EXPECT_EQ(XSurvives(std::string(1020, 'T'), "k", std::string(1021, 'v')), ProfileFault::none);
   EXPECT_EQ(XSurvives(std::string(1021, 'T'), "k", "v"), ProfileFault::topic);
   EXPECT_EQ(XSurvives("T[", "k", "v"), ProfileFault::topic);  // comes back as "T" where names compare exactly
 }
