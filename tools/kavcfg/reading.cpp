@@ -37,16 +37,20 @@ std::string plain(const char *text) {
   return words;
 }
 
-Json in_both_languages(const char *const *label) {
+// What a text becomes in a description: UTF-8, or itself, as print_line takes it.
+using Conversion = std::string (*)(const std::string &text);
+std::string as_it_is(const std::string &text) { return text; }
+
+Json in_both_languages(const char *const *label, Conversion convert) {
   if (label == nullptr) return nullptr;
-  return {{"en", utf8_of(plain(label[0]))}, {"ja", utf8_of(plain(label[1]))}};
+  return {{"en", convert(plain(label[0]))}, {"ja", convert(plain(label[1]))}};
 }
 
 const char *const *label_of(const Setting &setting) {
   return setting.kind == Kind::job_list ? eventlist[setting.field].name : setting.label.text.text;
 }
 
-Json description_of(const Setting &setting) {
+Json description_of(const Setting &setting, Conversion convert) {
   Json description = {{"key", setting.key}, {"kind", kKindNames[static_cast<int>(setting.kind)]}};
   if (setting.unit != Unit::none) description["unit"] = kUnitNames[static_cast<int>(setting.unit)];
   if (has_range(setting)) {
@@ -54,16 +58,16 @@ Json description_of(const Setting &setting) {
     description["maximum"] = setting.max * units_in_file(setting.unit);
   }
   if (!is_hidden(setting) && can_be_set(setting)) {
-    description["default"] = utf8_of(default_values()[place_of(setting)]);
+    description["default"] = convert(default_values()[place_of(setting)]);
   }
-  description["label"] = in_both_languages(label_of(setting));
-  description["help"] = in_both_languages(setting.help.text);
+  description["label"] = in_both_languages(label_of(setting), convert);
+  description["help"] = in_both_languages(setting.help.text, convert);
   return description;
 }
 
 // What apply takes for a setting. A number may be given as a text; then its range is for apply to tell.
 Json schema_of(const Setting &setting) {
-  const Json description = description_of(setting);
+  const Json description = description_of(setting, utf8_of);
   Json schema = Json::object();
   schema["description"] = description["label"].is_null() ? Json(setting.key) : description["label"]["en"];
   if (description.contains("default")) schema["default"] = description["default"];
@@ -149,10 +153,11 @@ int diff(const Arguments &arguments) {
 int explain(const Arguments &arguments) {
   const Setting *setting = known_setting(arguments[0]);
   if (setting == nullptr) return kMisused;
-  Json description = description_of(*setting);
+  const Conversion convert = options.json ? utf8_of : as_it_is;
+  Json description = description_of(*setting, convert);
   std::vector<std::string> values;
   if (!is_hidden(*setting) && values_of_file(options.file, values)) {
-    description["value"] = utf8_of(values[place_of(*setting)]);
+    description["value"] = convert(values[place_of(*setting)]);
   }
   if (options.json) {
     print_json(description);
@@ -161,7 +166,7 @@ int explain(const Arguments &arguments) {
   for (const auto &[name, value] : description.items()) {
     const Json &text = value.is_object() ? value[language == 0 ? "en" : "ja"] : value;
     if (text.is_null() || (text.is_string() && text.get_ref<const std::string &>().empty())) continue;
-    std::puts((name + ": " + (text.is_string() ? text.get<std::string>() : text.dump())).c_str());
+    print_line(stdout, name + ": " + (text.is_string() ? text.get<std::string>() : text.dump()));
   }
   return kGood;
 }
